@@ -1,0 +1,132 @@
+#pragma once
+
+#include <optional>
+#include <utility>
+
+#include "support/geometry.h"
+
+namespace sodam {
+
+// Camera constants of the built-in camera, the same for every machine.
+namespace Optics {
+inline constexpr double horizontalFOV = 65.0;
+inline constexpr double ipdCm = 6.3;
+// 1 / (2 tan(32.5°)): focal length in pixels per pixel of frame width.
+inline constexpr double focalPerWidth = 0.6370702608074932;
+// Focal length in pixels, the same for x and y, for a frame of this size.
+constexpr double focal(Size size) {
+  return size.width * focalPerWidth;
+}
+}  // namespace Optics
+
+// Arm joints, asked for only by the features that follow the arms.
+struct Arms {
+  std::optional<Point> shoulderL, shoulderR, elbowL, elbowR, wristL, wristR;
+  bool operator==(const Arms&) const = default;
+};
+
+// One frame's reading of the person. Left and right are the image's sides:
+// the L point has the smaller x.
+struct Measurement {
+  Size size;
+  Point eyeL;
+  Point eyeR;
+  double yaw = 0;  // radians, 0 when the detector gave none
+  std::optional<double> faceRatio;
+  std::optional<Point> nose;
+  std::optional<Point> chin;
+  std::optional<Point> shoulderL;
+  std::optional<Point> shoulderR;
+  std::optional<double> torsoWidth;
+  std::optional<double> torsoY;
+  std::optional<Arms> arms;
+  bool fromBody = false;
+  std::optional<double> aperture;
+  std::optional<Point> pupil;
+  std::optional<double> pitch;  // degrees
+  std::optional<float> phone;
+
+  Point eyeMid() const;
+  std::optional<std::pair<Point, Point>> shoulders() const;
+  double eyePixels() const;
+  // Head turn from the nose's offset, degrees; 0 without a nose.
+  double turn() const;
+  double eyeRay() const;
+  std::optional<double> shoulderRay() const;
+  // Eyes-to-shoulders angle in units of the eye distance.
+  std::optional<double> neckShape() const;
+  // Torso width in units of the eye distance.
+  std::optional<double> torsoShape() const;
+  // Whether the frame can be placed at all: a frame of positive size and
+  // finite eye positions that don't coincide. Anything else is bad input
+  // from the reader and is skipped by every consumer.
+  bool usable() const;
+
+  bool operator==(const Measurement&) const = default;
+
+ private:
+  double ipdAngle() const;
+};
+
+// A person seen without a face or turned sideways, as the stretch coach needs.
+struct SideBody {
+  struct Torso {
+    double lo = 0;
+    double hi = 0;
+    double y = 0;
+    bool clipped = false;
+    bool operator==(const Torso&) const = default;
+  };
+  struct Band {
+    double lo = 0;
+    double loY = 0;
+    double hi = 0;
+    double hiY = 0;
+    bool operator==(const Band&) const = default;
+  };
+
+  Point head;
+  double headWidth = 0;
+  std::optional<Torso> torso;
+  std::optional<Band> band;
+  std::optional<Point> shoulderL, shoulderR;
+  float confL = 0;
+  float confR = 0;
+  std::optional<Point> elbowL, elbowR, wristL, wristR, hipL, hipR;
+  std::optional<Point> ear;
+  std::optional<Point> nose;
+  std::optional<double> faceRatio;
+  std::optional<bool> sideways;
+
+  SideBody() = default;
+  SideBody(Point head, double headWidth) : head(head), headWidth(headWidth) {}
+
+  // Fills `sideways` from the torso span and the shoulders.
+  void judge();
+
+  bool operator==(const SideBody&) const = default;
+};
+
+// One frame placed in centimetres, level with the ground: x right, y up,
+// z straight ahead of the camera.
+struct Body3D {
+  Vec3 eye;
+  double eyeDistance = 0;
+  double eyeAngle = 0;
+  double faceElevation = 0;
+  std::optional<Vec3> shoulder;
+  std::optional<double> shoulderWidthCm;
+  std::optional<double> shoulderAngle;
+  bool torsoMeasured = false;
+
+  // pitchDegrees: the camera's tilt above the horizontal.
+  Body3D(const Measurement& m, std::optional<double> knownShoulderWidthCm, double pitchDegrees);
+};
+
+namespace FacePitch {
+// Head pitch from the nose-to-chin proportion against the user's neutral one;
+// positive when the face tips down, bounded by the search range.
+double degrees(double ratio, double baseline);
+}  // namespace FacePitch
+
+}  // namespace sodam
