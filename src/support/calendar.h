@@ -1,0 +1,71 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "support/date.h"
+
+namespace sodam {
+
+// A time zone: the offset from UTC at every moment. Made from a TZif file
+// (the system's zone database on both platforms), a POSIX TZ rule such as
+// "EST5EDT,M3.2.0,M11.1.0", or a fixed offset.
+class TimeZone {
+ public:
+  struct Rules;
+
+  static TimeZone utc();
+  static TimeZone fixed(int secondsEastOfUtc);
+  static std::optional<TimeZone> fromPosixRule(std::string_view rule);
+  static std::optional<TimeZone> fromTzif(std::string_view bytes, std::string name = "");
+  // Reads a TZif file; nothing when it is missing or damaged.
+  static std::optional<TimeZone> load(const std::string& path, std::string name = "");
+
+  int offsetAt(Date date) const;  // seconds east of UTC
+  const std::string& name() const;
+
+ private:
+  explicit TimeZone(std::shared_ptr<const Rules> rules) : rules_(std::move(rules)) {}
+  std::shared_ptr<const Rules> rules_;
+};
+
+// A local wall-clock time.
+struct DateComponents {
+  int year = 2001;
+  int month = 1;  // 1...12
+  int day = 1;    // 1...31
+  int hour = 0;
+  int minute = 0;
+  int second = 0;
+  int weekday = 0;  // 1 Sunday ... 7 Saturday; filled when read, ignored when making a date
+};
+
+// The Gregorian calendar as the Korean locale counts it: weeks start on
+// Sunday and the first week of a year needs one day.
+class Calendar {
+ public:
+  explicit Calendar(TimeZone zone = TimeZone::utc());
+  const TimeZone& timeZone() const { return zone_; }
+
+  DateComponents components(Date date) const;
+  Date startOfDay(Date date) const;
+  bool isSameDay(Date a, Date b) const;
+  int hour(Date date) const;
+  int weekday(Date date) const;     // 1 Sunday ... 7 Saturday
+  int ordinalDay(Date date) const;  // 1 ... 366
+  int weekOfYear(Date date) const;
+  int yearForWeekOfYear(Date date) const;
+  // The same wall-clock time n days later (or earlier).
+  std::optional<Date> addingDays(Date date, int days) const;
+  // The moment of a wall-clock time. A time skipped by a clock change gives
+  // the next time that exists; a time that happens twice gives the first.
+  // Nothing when the components are out of range.
+  std::optional<Date> date(const DateComponents& components) const;
+
+ private:
+  TimeZone zone_;
+};
+
+}  // namespace sodam
