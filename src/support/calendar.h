@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
@@ -8,6 +9,24 @@
 #include "support/date.h"
 
 namespace sodam {
+
+// The proleptic Gregorian calendar counted in days since 1970-01-01.
+struct CivilDay {
+  std::int64_t year = 1970;
+  int month = 1;  // 1...12
+  int day = 1;    // 1...31
+};
+std::int64_t daysFromCivil(std::int64_t year, int month, int day);
+CivilDay civilFromDays(std::int64_t days);
+bool isLeapYear(std::int64_t year);
+int daysInMonth(std::int64_t year, int month);
+// 0 Sunday ... 6 Saturday.
+int weekdayFromDays(std::int64_t days);
+
+// Whole Unix seconds of a date, rounded down. Dates beyond about three
+// million years are held at that bound and a NaN reads as the reference date,
+// so calendar arithmetic never overflows.
+std::int64_t wholeUnixSeconds(Date date);
 
 // A time zone: the offset from UTC at every moment. Made from a TZif file
 // (the system's zone database on both platforms), a POSIX TZ rule such as

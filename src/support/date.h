@@ -13,7 +13,8 @@ struct Date {
   static constexpr double unixOffset = 978307200.0;
 
   static constexpr Date fromUnix(double unixSeconds) { return Date{unixSeconds - unixOffset}; }
-  // The earliest date the product ever uses, 0001-01-01 00:00:00 UTC.
+  // The platform's "distant past" (year 1 of the Julian calendar): earlier
+  // than any real event, so "never" compares below every date.
   static constexpr Date distantPast() { return Date{-63114076800.0}; }
 
   constexpr double unix() const { return sinceReference + unixOffset; }

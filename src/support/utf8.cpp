@@ -1,0 +1,91 @@
+#include "support/utf8.h"
+
+#include <algorithm>
+#include <array>
+
+namespace sodam::utf8 {
+
+namespace {
+
+struct Character {
+  char32_t codePoint;
+  std::size_t size;  // bytes
+};
+
+constexpr char32_t replacement = 0xFFFD;
+
+bool isContinuation(unsigned char byte, unsigned char low = 0x80, unsigned char high = 0xBF) {
+  return byte >= low && byte <= high;
+}
+
+// The character starting at `at`. The second byte's allowed range depends on
+// the lead byte, which rules out overlong forms, surrogates and code points
+// past U+10FFFF.
+Character decode(std::string_view text, std::size_t at) {
+  const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(text[at + i]); };
+  const unsigned char lead = byte(0);
+  if (lead < 0x80) return {lead, 1};
+  std::size_t size = 0;
+  unsigned char low = 0x80, high = 0xBF;
+  if (lead >= 0xC2 && lead <= 0xDF) {
+    size = 2;
+  } else if (lead >= 0xE0 && lead <= 0xEF) {
+    size = 3;
+    if (lead == 0xE0) low = 0xA0;
+    if (lead == 0xED) high = 0x9F;
+  } else if (lead >= 0xF0 && lead <= 0xF4) {
+    size = 4;
+    if (lead == 0xF0) low = 0x90;
+    if (lead == 0xF4) high = 0x8F;
+  } else {
+    return {replacement, 1};
+  }
+  if (text.size() - at < size || !isContinuation(byte(1), low, high)) return {replacement, 1};
+  char32_t codePoint = lead & (0xFF >> (size + 1));
+  for (std::size_t i = 1; i < size; ++i) {
+    if (!isContinuation(byte(i))) return {replacement, 1};
+    codePoint = (codePoint << 6) | (byte(i) & 0x3F);
+  }
+  return {codePoint, size};
+}
+
+bool isWhiteSpace(char32_t c) {
+  static constexpr std::array<char32_t, 9> others{0x0020, 0x0085, 0x00A0, 0x1680, 0x2028,
+                                                  0x2029, 0x202F, 0x205F, 0x3000};
+  if (c >= 0x09 && c <= 0x0D) return true;
+  if (c >= 0x2000 && c <= 0x200A) return true;
+  return std::find(others.begin(), others.end(), c) != others.end();
+}
+
+}  // namespace
+
+std::size_t length(std::string_view text) {
+  std::size_t count = 0;
+  for (std::size_t at = 0; at < text.size(); at += decode(text, at).size)
+    ++count;
+  return count;
+}
+
+std::string prefix(std::string_view text, std::size_t count) {
+  std::size_t at = 0;
+  for (std::size_t taken = 0; taken < count && at < text.size(); ++taken) {
+    at += decode(text, at).size;
+  }
+  return std::string(text.substr(0, at));
+}
+
+std::string trim(std::string_view text) {
+  std::size_t begin = text.size();
+  std::size_t end = 0;
+  for (std::size_t at = 0; at < text.size();) {
+    const auto character = decode(text, at);
+    if (!isWhiteSpace(character.codePoint)) {
+      begin = std::min(begin, at);
+      end = at + character.size;
+    }
+    at += character.size;
+  }
+  return begin < end ? std::string(text.substr(begin, end - begin)) : std::string();
+}
+
+}  // namespace sodam::utf8

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace sodam::utf8 {
+
+// Text as the user reads it is counted in characters (code points), never in
+// bytes. A byte that does not start a well-formed sequence counts as one
+// character of its own, so damaged text is handled, never rejected.
+
+// The number of characters.
+std::size_t length(std::string_view text);
+// The first `count` characters; never ends inside a character.
+std::string prefix(std::string_view text, std::size_t count);
+// Without white space (ASCII and Unicode, line breaks included) at both ends.
+std::string trim(std::string_view text);
+
+}  // namespace sodam::utf8
