@@ -1,0 +1,155 @@
+#include "platform/lockdown.h"
+
+#include <gtest/gtest.h>
+
+#include <regex>
+#include <sstream>
+
+#include "support/manual_scheduler.h"
+
+namespace sodam {
+namespace {
+
+std::vector<std::string> lines(const std::string& text) {
+  std::vector<std::string> out;
+  std::istringstream in(text);
+  for (std::string line; std::getline(in, line);)
+    out.push_back(line);
+  return out;
+}
+
+const char* const imageRule =
+    R"((deny file-write* (regex #"\.(png|jpe?g|heic|heif|tiff?|bmp|gif|webp|mov|mp4|m4v|dng|raw)$")))";
+
+TEST(LockdownProfileTest, LineByLine) {
+  const auto profile =
+      lines(Lockdown::profile("/Users/mina", "/private/var/folders/x/C", "com.example.sodamjari"));
+  const std::vector<std::string> expected = {
+      "(version 1)",
+      "(allow default)",
+      "(deny file-write*)",
+      R"((allow file-write-data (literal "/dev/null") (literal "/dev/dtracehelper")))",
+      "(deny process-exec)",
+      R"((allow file-write* (subpath "/Users/mina/Library/Keychains")))",
+      R"((allow file-write* (subpath "/private/var/folders/x/C/com.example.sodamjari")))",
+      imageRule,
+  };
+  EXPECT_EQ(profile, expected);
+}
+
+TEST(LockdownProfileTest, UnknownPlacesAreLeftOutAndImagesStayLast) {
+  struct Case {
+    const char* name;
+    std::optional<std::string> home, cache;
+    std::string bundle;
+    std::size_t count;
+  };
+  const Case cases[] = {
+      {"no home", std::nullopt, "/c", "id", 7},
+      {"no cache", "/h", std::nullopt, "id", 7},
+      {"no identifier opens no whole cache", "/h", "/c", "", 7},
+      {"neither", std::nullopt, std::nullopt, "id", 6},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.name);
+    const auto profile = lines(Lockdown::profile(c.home, c.cache, c.bundle));
+    EXPECT_EQ(profile.size(), c.count);
+    EXPECT_EQ(profile.back(), imageRule);
+    EXPECT_EQ(profile[4], "(deny process-exec)");
+  }
+}
+
+TEST(LockdownProfileTest, QuotesInAPathCannotEndTheString) {
+  const auto profile = lines(Lockdown::profile(R"(/Users/a"b\c)", std::nullopt, "id"));
+  EXPECT_EQ(profile[5], R"((allow file-write* (subpath "/Users/a\"b\\c/Library/Keychains")))");
+}
+
+TEST(LockdownProfileTest, ImagePatternRefusesImageAndVideoNamesOnly) {
+  const std::regex pattern{std::string(Lockdown::imageExtensionPattern)};
+  for (const char* refused : {"/c/id/shot.png", "a.jpg", "a.jpeg", "a.tif", "a.tiff", "clip.mov",
+                              "x.m4v", "x.raw", "archive.tar.gif"})
+    EXPECT_TRUE(std::regex_search(refused, pattern)) << refused;
+  for (const char* allowed : {"shot.pngx", "png", "a.jpeeg", "notes.png.txt", "a.mp3",
+                              "Library/Preferences/x.plist", "pngfile"})
+    EXPECT_FALSE(std::regex_search(allowed, pattern)) << allowed;
+}
+
+class FakeConfinement : public Confinement {
+ public:
+  void ignoreBrokenPipe() override { calls.push_back("pipe"); }
+  std::optional<std::string> homePath() const override { return "/Users/mina"; }
+  std::optional<std::string> cachePath() const override { return "/cache"; }
+  std::string bundleIdentifier() const override { return "app.id"; }
+  bool apply(const std::string& text) override {
+    calls.push_back("apply");
+    applied = text;
+    return accepts;
+  }
+
+  bool accepts = true;
+  std::vector<std::string> calls;
+  std::string applied;
+};
+
+class LockdownTest : public ::testing::Test {
+ protected:
+  ManualClock clock;
+  ManualScheduler scheduler{clock};
+  FakeConfinement confinement;
+};
+
+TEST_F(LockdownTest, EngageAppliesTheProfileAfterSilencingBrokenPipes) {
+  const auto lock = Lockdown::engage(confinement, scheduler);
+  EXPECT_EQ(confinement.calls, (std::vector<std::string>{"pipe", "apply"}));
+  EXPECT_EQ(confinement.applied, Lockdown::profile("/Users/mina", "/cache", "app.id"));
+  EXPECT_TRUE(lock->sandboxed());
+  EXPECT_NE(lock->summary(), "보안 잠금을 걸지 못했어요");
+
+  confinement.accepts = false;  // refused: not fatal, only told on the settings page
+  const auto refused = Lockdown::engage(confinement, scheduler);
+  EXPECT_FALSE(refused->sandboxed());
+  EXPECT_EQ(refused->summary(), "보안 잠금을 걸지 못했어요");
+}
+
+TEST_F(LockdownTest, ChecksRunAtOnceThenEveryMinuteAndReportOneThreat) {
+  const auto lock = Lockdown::engage(confinement, scheduler);
+  std::vector<Threat> told;
+  lock->onThreat = [&](const Threat& threat) { told.push_back(threat); };
+  int runs = 0;
+  lock->watch({{"third run finds it", [&]() -> std::optional<Threat> {
+                  if (++runs < 3) return std::nullopt;
+                  return Threat{"debugger"};
+                }}});
+  EXPECT_EQ(runs, 1);
+  scheduler.advance(Lockdown::checkIntervalSeconds - 1);
+  EXPECT_EQ(runs, 1);
+  scheduler.advance(1 + Scheduler::toleranceFor(Lockdown::checkIntervalSeconds));
+  EXPECT_EQ(runs, 2);
+  scheduler.advance(Lockdown::checkIntervalSeconds * 2);
+  EXPECT_EQ(runs, 3);
+  ASSERT_EQ(told.size(), 1u);
+  EXPECT_EQ(told[0].reason, "debugger");
+  EXPECT_EQ(lock->threat()->reason, "debugger");
+
+  scheduler.advance(Lockdown::checkIntervalSeconds * 10);
+  EXPECT_EQ(runs, 3) << "checks stop once the camera is revoked";
+  lock->watch({{"again", [&]() -> std::optional<Threat> { return Threat{"again"}; }}});
+  EXPECT_EQ(told.size(), 1u);
+}
+
+TEST_F(LockdownTest, ThreatAtOnceLeavesNoTimerAndNoChecksLeaveNoThreat) {
+  const auto lock = Lockdown::engage(confinement, scheduler);
+  int told = 0;
+  lock->onThreat = [&](const Threat&) { ++told; };
+  lock->watch();  // the product's own list
+  scheduler.advance(Lockdown::checkIntervalSeconds * 3);
+  EXPECT_EQ(told, 0);
+  EXPECT_FALSE(lock->threat());
+
+  lock->watch({{"at once", [] { return std::optional<Threat>(Threat{"tampered"}); }}});
+  EXPECT_EQ(told, 1);
+  EXPECT_EQ(scheduler.activeTimers(), 0u);
+}
+
+}  // namespace
+}  // namespace sodam
