@@ -85,12 +85,22 @@ struct Metrics {
   Metrics() = default;
   // lidDegrees: the hinge angle now, absent when the sensor gives none.
   // displayHeightCm feeds the lid geometry; absent means the default screen.
+  // An unusable measurement (see Measurement::usable) gives the default
+  // value: every optional metric absent, every other number 0, not looking
+  // away. Whatever can't be computed from a damaged baseline is absent (or 0)
+  // too, so no field is ever NaN.
   Metrics(const Measurement& m, const Baseline& base, std::optional<double> lidDegrees,
           std::optional<double> displayHeightCm = std::nullopt);
+  // The same, but nothing for an unusable measurement: what a caller that
+  // gathers frames for a verdict should use, so a bad frame is skipped rather
+  // than counted as a good one.
+  static std::optional<Metrics> of(const Measurement& m, const Baseline& base,
+                                   std::optional<double> lidDegrees,
+                                   std::optional<double> displayHeightCm = std::nullopt);
 
   std::vector<Issue> issues(Sensitivity sensitivity) const;
   double severity(Sensitivity sensitivity) const;
-  // The list must not be empty.
+  // Meant for a list that is not empty; an empty one gives the default value.
   static Metrics combine(const std::vector<Metrics>& frames);
   std::string summary() const;
 
@@ -104,7 +114,8 @@ struct Reading {
   bool away = false;
   bool tooFar = false;
 
-  // The list must not be empty.
+  // Meant for a list that is not empty; an empty one gives a good reading
+  // with default metrics.
   Reading(const std::vector<Metrics>& frames, Sensitivity sensitivity);
   bool bad() const { return !issues.empty(); }
 

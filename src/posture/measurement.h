@@ -11,11 +11,14 @@ namespace sodam {
 namespace Optics {
 inline constexpr double horizontalFOV = 65.0;
 inline constexpr double ipdCm = 6.3;
-// 1 / (2 tan(32.5°)): focal length in pixels per pixel of frame width.
-inline constexpr double focalPerWidth = 0.6370702608074932;
+// tan(32.5°), half the horizontal field of view.
+inline constexpr double tanHalfFOV = 0.6370702608074932;
+// 1 / (2 tan(32.5°)) = 0.7849: focal length in pixels per pixel of frame
+// width, so a 1280-pixel frame has a focal length of 1004.6 pixels.
+inline constexpr double focalPerWidth = 0.5 / tanHalfFOV;
 // Focal length in pixels, the same for x and y, for a frame of this size.
 constexpr double focal(Size size) {
-  return size.width * focalPerWidth;
+  return size.width / 2 / tanHalfFOV;
 }
 }  // namespace Optics
 
@@ -49,6 +52,9 @@ struct Measurement {
   Point eyeMid() const;
   std::optional<std::pair<Point, Point>> shoulders() const;
   double eyePixels() const;
+  // eyePixels with a turned head's narrowing undone; the yaw counts up to
+  // 0.6 radians for it.
+  double frontalEyePixels() const;
   // Head turn from the nose's offset, degrees; 0 without a nose.
   double turn() const;
   double eyeRay() const;
@@ -57,9 +63,11 @@ struct Measurement {
   std::optional<double> neckShape() const;
   // Torso width in units of the eye distance.
   std::optional<double> torsoShape() const;
-  // Whether the frame can be placed at all: a frame of positive size and
-  // finite eye positions that don't coincide. Anything else is bad input
-  // from the reader and is skipped by every consumer.
+  // Whether the frame can be placed at all: a frame of positive finite size,
+  // finite eye positions that don't coincide and a finite yaw. Anything else
+  // is bad input from the reader and is skipped by every consumer. Optional
+  // values that are not finite count as not delivered (`shoulders`, the
+  // shapes, the torso width).
   bool usable() const;
 
   bool operator==(const Measurement&) const = default;
@@ -119,7 +127,8 @@ struct Body3D {
   std::optional<double> shoulderAngle;
   bool torsoMeasured = false;
 
-  // pitchDegrees: the camera's tilt above the horizontal.
+  // pitchDegrees: the camera's tilt above the horizontal. The measurement
+  // must be usable(); an unusable one gives numbers that aren't finite.
   Body3D(const Measurement& m, std::optional<double> knownShoulderWidthCm, double pitchDegrees);
 };
 
