@@ -1,0 +1,69 @@
+#include "sim/sim_camera.h"
+
+namespace sodam {
+
+namespace {
+
+// What the simulated image holds: the person the source gave, if any.
+struct SimScene {
+  std::optional<Measurement> person;
+};
+
+}  // namespace
+
+SimCamera::SimCamera(Scheduler& main, Clock& clock, Source source, Options options)
+    : main_(main), clock_(clock), source_(std::move(source)), options_(std::move(options)) {}
+
+SimCamera::~SimCamera() {
+  *alive_ = false;
+}
+
+void SimCamera::startRunning(Sink sink) {
+  {
+    std::lock_guard guard(mutex_);
+    sink_ = std::move(sink);
+  }
+  // The timer belongs to the main thread, whichever queue starts the camera.
+  std::weak_ptr<bool> alive = alive_;
+  main_.post([this, alive] {
+    auto token = alive.lock();
+    if (!token || !*token || timer_.isValid()) return;
+    const double period = 1 / options_.framesPerSecond;
+    timer_ = main_.schedule({period, period, 0}, [this] { tick(); });
+  });
+}
+
+// The timer notices the missing sink at its next tick and ends itself.
+void SimCamera::stopRunning() {
+  std::lock_guard guard(mutex_);
+  sink_ = nullptr;
+}
+
+void SimCamera::tick() {
+  std::lock_guard guard(mutex_);
+  if (!sink_) {
+    timer_.invalidate();
+    return;
+  }
+  auto scene = std::make_shared<SimScene>();
+  scene->person = source_();
+  CameraFrame frame;
+  frame.mediaTime = clock_.now().sinceReference;
+  frame.size = scene->person ? scene->person->size : options_.frame;
+  frame.image = std::move(scene);
+  ++framesMade_;
+  // Called under the lock so that stopRunning waits for a frame on its way.
+  sink_(std::move(frame));
+}
+
+void SimCamera::detect(const CameraFrame& frame, const FramePlan& plan, Detections& out) {
+  const auto* scene = static_cast<const SimScene*>(frame.image.get());
+  options_.detections.render(scene->person, frame.size, plan, out);
+}
+
+int SimCamera::framesMade() const {
+  std::lock_guard guard(mutex_);
+  return framesMade_;
+}
+
+}  // namespace sodam

@@ -1,0 +1,63 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <optional>
+
+#include "posture/capture.h"
+#include "posture/measurement.h"
+#include "sim/sim_detections.h"
+#include "support/clock.h"
+#include "support/scheduler.h"
+
+namespace sodam {
+
+// The camera and detectors of the simulation: at a fixed rate it asks the
+// source (the virtual sitter) for the person in front of it and hands the
+// frame to the capture; the detector then draws that person's detections.
+// Frames are made on the main thread, by a timer of the main scheduler, with
+// the clock's time as their media time; start and stop may come from any
+// thread, and the sink is never called once stopRunning has returned.
+class SimCamera final : public CameraDevice, public Detector {
+ public:
+  using Source = std::function<std::optional<Measurement>()>;
+  struct Options {
+    double framesPerSecond = 15;
+    Size frame{1280, 720};
+    SimDetections detections;
+  };
+
+  SimCamera(Scheduler& main, Clock& clock, Source source, Options options);
+  SimCamera(Scheduler& main, Clock& clock, Source source)
+      : SimCamera(main, clock, std::move(source), Options{}) {}
+  ~SimCamera() override;
+
+  bool configure() override { return true; }
+  void startRunning(Sink sink) override;
+  void stopRunning() override;
+  void attach(const PreviewLayer&) override {}
+  void detach(const PreviewLayer&) override {}
+  bool inUseElsewhere() const override { return false; }
+
+  void detect(const CameraFrame& frame, const FramePlan& plan, Detections& out) override;
+
+  // Frames handed to the capture so far.
+  int framesMade() const;
+
+ private:
+  void tick();
+
+  Scheduler& main_;
+  Clock& clock_;
+  Source source_;
+  Options options_;
+  std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
+  Timer timer_;  // main thread
+
+  mutable std::mutex mutex_;
+  Sink sink_;
+  int framesMade_ = 0;
+};
+
+}  // namespace sodam

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <optional>
+
+#include "posture/detections.h"
+#include "posture/measurement.h"
+#include "posture/pose_reader.h"
+
+namespace sodam {
+
+// Draws what the platform's detectors would report for a person whose
+// reading is `person`: landmark regions around the eyes, nose and chin, a
+// face box, a silhouette mask (head ellipse, neck, and a torso from the
+// shoulder line down) and body joints. A person marked fromBody shows no
+// face, only the body. Nothing: an empty chair.
+struct SimDetections {
+  Size maskSize{640, 360};  // the segmentation's own resolution
+  float jointConfidence = 0.9f;
+
+  // Fills `out` (cleared) for the requests the plan asks, in its order.
+  void render(const std::optional<Measurement>& person, Size frame, const FramePlan& plan,
+              Detections& out) const;
+
+  // The pieces, also used on their own by tests and benchmarks.
+  static Detections::Face faceOf(const Measurement& m);
+  static void landmarksOf(const Measurement& m, Detections::FaceLandmarks& out);
+  void maskOf(const Measurement& m, Detections::PersonMask& out) const;
+  Detections::BodyPose bodyOf(const Measurement& m) const;
+};
+
+}  // namespace sodam

@@ -1,0 +1,185 @@
+#include "posture/capture.h"
+
+#include <gtest/gtest.h>
+
+#include <deque>
+
+#include "posture/capture_fakes.h"
+#include "support/manual_scheduler.h"
+
+namespace sodam {
+namespace {
+
+struct FakeGlass : GlassRenderer {
+  std::vector<double> radii;
+  std::optional<GlassImage> render(const CameraFrame&, double radius) override {
+    radii.push_back(radius);
+    return GlassImage{nullptr, {320, 180}};
+  }
+};
+
+// Holds its tasks until the test runs them, as a busy frame queue would.
+struct HeldQueue : SerialQueue {
+  std::deque<std::function<void()>> tasks;
+  void async(std::function<void()> task) override { tasks.push_back(std::move(task)); }
+  void sync(std::function<void()> task) override {
+    runAll();
+    task();
+  }
+  void runAll() {
+    while (!tasks.empty()) {
+      auto task = std::move(tasks.front());
+      tasks.pop_front();
+      task();
+    }
+  }
+};
+
+struct CaptureTest : ::testing::Test {
+  ManualClock clock;
+  ManualScheduler main{clock};
+  InlineQueue session;
+  InlineQueue frames;
+  fakes::Camera camera;
+  fakes::FaceDetector detector;
+  fakes::Access access;
+  FakeGlass glass;
+  Capture capture{{camera, detector, access, &glass, main, clock, session, frames}};
+  int delivered = 0;
+  std::vector<bool> states;
+
+  void SetUp() override {
+    capture.onMeasurement = [this](std::optional<Measurement> m) {
+      EXPECT_TRUE(m);
+      ++delivered;
+    };
+    capture.onStateChange = [this](bool on) { states.push_back(on); };
+  }
+  void startRunning() {
+    capture.start();
+    main.runPosted();
+  }
+};
+
+TEST_F(CaptureTest, EachFrameObeysTheIntervalSetAtItsArrival) {
+  startRunning();
+  struct Step {
+    double time;
+    std::optional<double> interval;  // set just before the frame arrives
+    bool image;
+    bool taken;
+  };
+  const Step steps[] = {
+      {100.00, 0.1, true, true},     // the first frame is always taken
+      {100.05, {}, true, false},     //
+      {100.10, {}, true, true},      // exactly one interval later
+      {100.20, 0.3, true, false},    // the new interval counts at once
+      {100.40, {}, true, true},      //
+      {100.45, 0.05, true, true},    // and so does a shorter one
+      {100.60, 0.15, false, false},  // no image: skipped, the last frame stays
+      {100.61, {}, true, true},      // 0.16 after the last frame taken
+      {100.71, 0.1, true, true},     // 0.1 apart, though the subtraction rounds below
+      {100.80, {}, true, false},     //
+  };
+  std::size_t taken = 0;
+  for (const auto& s : steps) {
+    if (s.interval) capture.setFrameInterval(*s.interval);
+    camera.frame(s.time, s.image);
+    if (s.taken) ++taken;
+    EXPECT_EQ(detector.plans.size(), taken) << "frame at " << s.time;
+  }
+  main.runPosted();
+  EXPECT_EQ(delivered, static_cast<int>(taken));
+}
+
+TEST_F(CaptureTest, ResultsReachOnlyARunningCaptureAndTheHandlersOfThatMoment) {
+  startRunning();
+  camera.frame(1);
+  capture.stop();
+  main.runPosted();
+  EXPECT_EQ(delivered, 0) << "stopped before the hop to the main thread";
+
+  startRunning();
+  camera.frame(2);
+  int replaced = 0;
+  capture.onMeasurement = [&](std::optional<Measurement>) { ++replaced; };
+  main.runPosted();
+  EXPECT_EQ(replaced, 1);
+  EXPECT_EQ(delivered, 0);
+
+  camera.frame(3);
+  capture.onMeasurement = nullptr;
+  main.runPosted();
+  EXPECT_EQ(replaced, 1);
+  EXPECT_EQ(states, (std::vector<bool>{true, false, true}));
+}
+
+TEST_F(CaptureTest, RevokeIsFinal) {
+  startRunning();
+  capture.start();
+  EXPECT_EQ(camera.starts, 1) << "already running";
+  capture.revoke();
+  main.runPosted();
+  EXPECT_FALSE(capture.running());
+  EXPECT_EQ(camera.stops, 1);
+  capture.start();
+  main.runPosted();
+  EXPECT_FALSE(capture.running());
+  EXPECT_EQ(camera.starts, 1);
+  EXPECT_EQ(states, (std::vector<bool>{true, false}));
+}
+
+TEST_F(CaptureTest, SettingsAreReadForEachFrame) {
+  startRunning();
+  std::vector<std::optional<GlassImage>> images;
+  capture.onGlass = [&](std::optional<GlassImage> image) { images.push_back(image); };
+  camera.frame(1);
+  capture.setTrackArms(true);
+  capture.setLight(true);
+  capture.setCheckPhone(true);
+  capture.setGlassRadius(6.5);
+  camera.frame(2);
+  main.runPosted();
+  ASSERT_EQ(detector.plans.size(), 2u);
+  EXPECT_FALSE(detector.plans[0].bodyAndHands);
+  EXPECT_TRUE(detector.plans[1].bodyAndHands);
+  EXPECT_TRUE(detector.plans[1].scene) << "second frame: the phone check is due";
+  EXPECT_FALSE(detector.plans[1].person) << "light: the mask only on every third frame";
+  EXPECT_EQ(glass.radii, std::vector<double>{6.5});
+  EXPECT_EQ(images.size(), 1u);
+}
+
+TEST_F(CaptureTest, AFrameArrivingWhileOneWaitsIsDiscarded) {
+  HeldQueue held;
+  Capture busy{{camera, detector, access, nullptr, main, clock, session, held}};
+  busy.start();
+  camera.frame(1);
+  camera.frame(2);
+  held.runAll();
+  camera.frame(3);
+  held.runAll();
+  EXPECT_EQ(detector.plans.size(), 2u);
+}
+
+TEST_F(CaptureTest, AuthorisationIsAskedAtMostEveryTenSeconds) {
+  EXPECT_FALSE(capture.authorized());
+  access.answer = true;
+  clock.advance(9.9);
+  EXPECT_FALSE(capture.authorized());
+  clock.advance(0.2);
+  EXPECT_TRUE(capture.authorized());
+  EXPECT_EQ(access.asks, 2);
+
+  std::optional<bool> granted;
+  capture.authorize([&](bool g) { granted = g; });
+  access.answer = false;
+  access.pending(false);
+  EXPECT_FALSE(granted) << "the answer waits for the main thread";
+  main.runPosted();
+  EXPECT_EQ(granted, false);
+  EXPECT_FALSE(capture.authorized()) << "the fresh answer is kept";
+  EXPECT_EQ(access.asks, 2);
+}
+
+}  // namespace
+}  // namespace sodam
