@@ -1,0 +1,405 @@
+#include "posture/monitor.h"
+
+#include <cmath>
+
+#include "posture/posture_log.h"
+#include "support/text.h"
+#include "worklife/work_life.h"
+
+namespace sodam {
+
+namespace {
+constexpr double watchdogSeconds = 6;
+constexpr const char* noFramesText = "카메라 화면을 받지 못했어요";
+constexpr double batteryIdleSeconds = 180;
+constexpr double mainsIdleSeconds = 300;
+constexpr double closedLidDegrees = 30;
+}  // namespace
+
+Monitor::Monitor(Ports ports)
+    : capture_(ports.capture),
+      lid_(ports.lid),
+      log_(ports.log),
+      store_(ports.store),
+      power_(ports.power),
+      workLife_(ports.workLife),
+      clock_(ports.clock),
+      scheduler_(ports.scheduler),
+      self_(std::make_shared<Monitor*>(this)),
+      baseline_(ports.store.baseline()) {}
+
+Monitor::~Monitor() {
+  *self_ = nullptr;
+  capture_.setHandler({});
+}
+
+void Monitor::announce() {
+  changed.notify();
+  if (onChange) onChange();
+}
+
+// Binds a member call to this monitor for as long as it lives.
+template <typename F>
+static auto guarded(const std::shared_ptr<Monitor*>& self, F call) {
+  return [weak = std::weak_ptr<Monitor*>(self), call](auto&&... args) {
+    if (auto alive = weak.lock(); alive && *alive) call(**alive, args...);
+  };
+}
+
+bool Monitor::enabled() const {
+  return store_.enabled();
+}
+
+void Monitor::setEnabled(bool on) {
+  store_.setEnabled(on);
+  if (on) {
+    schedule(3);
+  } else {
+    halt();
+  }
+  announce();
+}
+
+void Monitor::setBaseline(std::optional<Baseline> baseline) {
+  baseline_ = std::move(baseline);
+  storeBaseline();
+  announce();
+}
+
+void Monitor::storeBaseline() {
+  store_.setBaseline(baseline_);
+}
+
+Sensitivity Monitor::sensitivity() const {
+  return store_.sensitivity();
+}
+
+void Monitor::setSensitivity(Sensitivity sensitivity) {
+  store_.setSensitivity(sensitivity);
+  announce();
+}
+
+std::optional<Date> Monitor::nextCheck() const {
+  if (!timer_.isValid()) return std::nullopt;
+  return timer_.fireDate();
+}
+
+void Monitor::start() {
+  schedule(8);
+}
+
+void Monitor::schedule(double after) {
+  timer_.invalidate();
+  if (enabled() && holds_.empty() && baseline_) {
+    timer_ = scheduler_.mainTimer(after, guarded(self_, [](Monitor& m) { m.run(false); }));
+  }
+  announce();
+}
+
+void Monitor::checkNow() {
+  if (phase_ != Phase::idle || !baseline_ || !holds_.empty() || !enabled()) return;
+  timer_.invalidate();
+  run(true);
+}
+
+void Monitor::hold(const std::string& reason) {
+  holds_.insert(reason);
+  if (onHolds) onHolds(holds_);
+  halt();
+}
+
+void Monitor::release(const std::string& reason) {
+  if (holds_.erase(reason) == 0) return;
+  if (onHolds) onHolds(holds_);
+  if (holds_.empty()) schedule(10);
+  announce();
+}
+
+void Monitor::modeChanged() {
+  if (phase_ == Phase::idle) {
+    schedule(2);
+  } else if (phase_ == Phase::watching) {
+    stopCamera();
+    phase_ = Phase::idle;
+    if (onPhase) onPhase(Phase::idle, std::nullopt);
+    schedule(2);
+  } else {
+    announce();
+  }
+}
+
+void Monitor::stretched() {
+  workLife_.rested(WorkLife::RestKind::stretch);
+}
+
+void Monitor::halt() {
+  timer_.invalidate();
+  watchdog_.invalidate();
+  if (phase_ == Phase::alerting && onAlert) onAlert(std::nullopt, false);
+  if (phase_ != Phase::idle) {
+    stopCamera();
+    phase_ = Phase::idle;
+    if (onPhase) onPhase(Phase::idle, std::nullopt);
+  }
+  announce();
+}
+
+void Monitor::listen() {
+  capture_.setHandler(guarded(
+      self_, [](Monitor& m, std::optional<Measurement> frame) { m.handle(std::move(frame)); }));
+}
+
+void Monitor::stopCamera() {
+  capture_.setHandler({});
+  capture_.setLight(false);
+  capture_.stop();
+}
+
+double Monitor::restingLiveInterval() const {
+  return power_.onBattery() ? 0.5 : 0.25;
+}
+
+void Monitor::enter(Phase phase) {
+  phase_ = phase;
+  phaseStart_ = now();
+  samples_.clear();
+  awaySince_.reset();
+  farSince_.reset();
+  switch (phase) {
+    case Phase::alerting:
+      capture_.setFrameInterval(power_.onBattery() ? 0.1 : 0.066);
+      armWatchdog();
+      break;
+    case Phase::rechecking:
+      capture_.setFrameInterval(0.3);
+      armWatchdog();
+      break;
+    case Phase::sampling:
+      checkFrames_.clear();
+      armWatchdog();
+      break;
+    default:
+      break;
+  }
+  if (onPhase) onPhase(phase, std::nullopt);
+  announce();
+}
+
+// A phase that waits for frames must not hang when the camera stops
+// delivering: six seconds without a frame end it as a failure.
+void Monitor::armWatchdog() {
+  const Date since = lastFrame_ && *lastFrame_ > phaseStart_ ? *lastFrame_ : phaseStart_;
+  const double wait = std::max(since + watchdogSeconds - now(), 0.001);
+  watchdog_ = scheduler_.mainTimer(
+      wait, guarded(self_, [](Monitor& m) {
+        const bool waiting = m.phase_ == Phase::sampling || m.phase_ == Phase::rechecking ||
+                             m.phase_ == Phase::alerting;
+        if (!waiting) return;
+        const Date since =
+            m.lastFrame_ && *m.lastFrame_ > m.phaseStart_ ? *m.lastFrame_ : m.phaseStart_;
+        if (m.now() - since >= watchdogSeconds) {
+          m.finish(Outcome::failed(noFramesText));
+        } else {
+          m.armWatchdog();
+        }
+      }));
+}
+
+void Monitor::run(bool manual) {
+  if (phase_ != Phase::idle || !holds_.empty() || !baseline_ || !enabled()) return;
+  if (auto reason = skipReason(manual)) {
+    finish(Outcome::skipped(*reason));
+    return;
+  }
+  if (store_.checkMode() == CheckMode::live) {
+    startLive();
+  } else {
+    startSampling(manual);
+  }
+}
+
+std::optional<std::string> Monitor::skipReason(bool manual) {
+  if (capture_.revoked() || !capture_.authorized()) return "카메라 권한이 없어요";
+  const bool battery = power_.onBattery();
+  if (!manual && store_.pauseOnBattery() && battery) return "배터리라 쉬고 있어요";
+  if (power_.screenLocked() || power_.sessionLocked()) return "화면이 잠겨 있어 건너뛰었어요";
+  if (power_.displaysAsleep()) return "화면이 꺼져 있어 건너뛰었어요";
+  const double idleLimit = battery ? batteryIdleSeconds : mainsIdleSeconds;
+  if (!manual && power_.idleSeconds() > idleLimit) {
+    return format("%d분 넘게 입력이 없어 건너뛰었어요", static_cast<int>(idleLimit / 60));
+  }
+  if (auto hinge = lid_.angle(); hinge && *hinge < closedLidDegrees) {
+    return "덮개가 닫혀 있어 건너뛰었어요";
+  }
+  return std::nullopt;
+}
+
+void Monitor::startSampling(bool manual) {
+  manualRun_ = manual;
+  lidAngle_ = lid_.angle();
+  firstFrame_.reset();
+  lastFrame_.reset();
+  capture_.setFrameInterval(0.12);
+  listen();
+  enter(Phase::sampling);
+  capture_.start();
+}
+
+void Monitor::startLive() {
+  manualRun_ = false;
+  lidAngle_ = lid_.angle();
+  firstFrame_.reset();
+  lastFrame_.reset();
+  liveFrames_.clear();
+  liveMeasures_.clear();
+  liveMissing_ = 0;
+  badSince_.reset();
+  lastLiveLog_ = now();
+  capture_.setFrameInterval(restingLiveInterval());
+  capture_.setLight(true);
+  listen();
+  enter(Phase::watching);
+  capture_.start();
+}
+
+void Monitor::finish(Outcome outcome) {
+  watchdog_.invalidate();
+  if (phase_ == Phase::alerting && onAlert)
+    onAlert(std::nullopt, outcome.is(Outcome::Kind::corrected));
+  report_ = Report{now(), outcome};
+  track(outcome);
+  const bool endsTheRun = outcome.is(Outcome::Kind::skipped) || outcome.is(Outcome::Kind::failed);
+  if (store_.checkMode() == CheckMode::live && phase_ != Phase::idle && holds_.empty() &&
+      enabled() && !endsTheRun) {
+    liveFrames_.clear();
+    badSince_.reset();
+    lastLiveLog_ = now();
+    capture_.setLight(true);
+    capture_.setFrameInterval(restingLiveInterval());
+    enter(Phase::watching);
+    return;
+  }
+  stopCamera();
+  phase_ = Phase::idle;
+  if (onPhase) onPhase(Phase::idle, outcome);
+  const bool away = outcome.is(Outcome::Kind::lookingAway) || outcome.is(Outcome::Kind::tooFar);
+  double next = power_.checkInterval() * (goodStreak_ >= 5 ? 1.5 : 1.0);
+  if (away && awayStreak_ == 1) next = 30;
+  schedule(next);
+  announce();
+}
+
+void Monitor::track(const Outcome& outcome) {
+  using Kind = Outcome::Kind;
+  const Kind kind = outcome.kind();
+  awayStreak_ = kind == Kind::lookingAway || kind == Kind::tooFar ? awayStreak_ + 1 : 0;
+  std::optional<Metrics> readingMetrics;
+  if (reading_) readingMetrics = reading_->metrics;
+  switch (kind) {
+    case Kind::alerted:
+      goodStreak_ = 0;
+      workLife_.observed(true);
+      break;
+    case Kind::good:
+      log_.record(PostureEntry::Kind::good, {}, readingMetrics);
+      ++goodStreak_;
+      adoptFrame({checkFrames_.begin(), checkFrames_.end()});
+      adoptGaze();
+      workLife_.observed(true);
+      break;
+    case Kind::corrected:
+      log_.record(PostureEntry::Kind::corrected, {}, readingMetrics);
+      goodStreak_ = 0;
+      workLife_.observed(true);
+      break;
+    case Kind::absent:
+      log_.record(PostureEntry::Kind::absent);
+      workLife_.observed(false);
+      break;
+    case Kind::lookingAway:
+      log_.record(PostureEntry::Kind::away);
+      workLife_.observed(true);
+      break;
+    case Kind::tooFar:
+    case Kind::relearned:
+      workLife_.observed(true);
+      break;
+    case Kind::relearnNeeded:
+    case Kind::skipped:
+    case Kind::failed:
+      break;
+  }
+  const bool frequent = kind == Kind::corrected && log_.alertsLastHour() >= 3 &&
+                        now() - lastFrequentNudge_ >= 3600 && reading_ && !reading_->issues.empty();
+  if (frequent) {
+    lastFrequentNudge_ = now();
+    if (onSuggest) onSuggest(Suggestion::frequent(reading_->issues.front().kind));
+  }
+}
+
+void Monitor::adoptFrame(const std::vector<Measurement>& frames) {
+  if (!baseline_ || baseline_->frame) return;
+  if (auto frame = Baseline::Frame::learn(frames)) {
+    baseline_->frame = frame;
+    storeBaseline();
+  }
+}
+
+void Monitor::adoptGaze() {
+  if (!baseline_ || baseline_->gaze) return;
+  for (const auto& m : checkFrames_) {
+    if (std::abs(m.turn()) < 20) gazeFrames_.push_back(m);
+  }
+  checkFrames_.clear();
+  if (gazeFrames_.size() < 40) return;
+  if (auto gaze = Baseline::Gaze::learn(gazeFrames_)) {
+    baseline_->gaze = gaze;
+    storeBaseline();
+    gazeFrames_.clear();
+  }
+}
+
+bool Monitor::adjust(const std::vector<Measurement>& frames) {
+  if (!baseline_) return false;
+  auto moved = Baseline::moved(*baseline_, frames, lidAngle_);
+  if (!moved) return false;
+  baseline_ = std::move(moved);
+  storeBaseline();
+  return true;
+}
+
+void Monitor::relearn() {
+  const bool allowed = !canRelearn || canRelearn();
+  if (allowed && (manualRun_ || now() - lastRelearn_ >= 600)) {
+    lastRelearn_ = now();
+    learnFrames_.clear();
+    liveMeasures_.clear();
+    lidAngle_ = lid_.angle();
+    capture_.setLight(false);
+    capture_.setFrameInterval(0.1);
+    enter(Phase::relearning);
+    watchdog_ = scheduler_.mainTimer(relearnPrep + relearnSpan,
+                                     guarded(self_, [](Monitor& m) { m.finishRelearn(); }));
+    return;
+  }
+  if (phase_ != Phase::watching) finish(Outcome::relearnNeeded());
+}
+
+void Monitor::finishRelearn() {
+  if (phase_ != Phase::relearning) return;
+  auto learned = Baseline::learn(learnFrames_, lidAngle_, now());
+  if (!learned) {
+    finish(Outcome::relearnNeeded("얼굴이 잘 보이지 않았어요"));
+    return;
+  }
+  auto concerns = Baseline::concerns(learnFrames_, *learned);
+  if (!concerns.empty()) {
+    finish(Outcome::relearnNeeded(concerns.front()));
+    return;
+  }
+  baseline_ = std::move(learned);
+  storeBaseline();
+  finish(Outcome::relearned());
+}
+
+}  // namespace sodam
