@@ -1,0 +1,269 @@
+#include "app/app_delegate.h"
+
+#include "support/text.h"
+
+namespace sodam {
+
+namespace {
+// The companion's ear styles, until the looks have a home of their own.
+constexpr int pillEarsCases = 13;
+
+template <typename F>
+auto weakly(const std::shared_ptr<AppDelegate*>& self, F call) {
+  return [weak = std::weak_ptr<AppDelegate*>(self), call](auto&&... args) {
+    if (auto alive = weak.lock(); alive && *alive) call(**alive, args...);
+  };
+}
+}  // namespace
+
+AppDelegate::AppDelegate(Lockdown& lock, Platform platform, AppExtensions extensions)
+    : lock_(lock),
+      shell_(platform.shell),
+      clock_(platform.clock),
+      scheduler_(platform.scheduler),
+      calendar_(platform.calendar),
+      extensions_(std::move(extensions)),
+      self_(std::make_shared<AppDelegate*>(this)),
+      store_(platform.defaults, platform.clock, calendar_),
+      power_(platform.power),
+      capture_({platform.camera, platform.detector, platform.access, platform.glass,
+                platform.scheduler, platform.clock, platform.sessionQueue, platform.frameQueue}),
+      frames_(capture_),
+      lid_(std::move(platform.lidDevice), platform.lidQueue, platform.scheduler),
+      pills_(platform.pillPresenter, platform.screens, platform.scheduler),
+      border_(platform.overlays),
+      blur_(platform.overlays, platform.scheduler, platform.clock),
+      log_(platform.defaults, platform.clock, calendar_),
+      work_(platform.defaults, store_, power_, platform.scheduler, platform.clock, calendar_),
+      monitor_(std::make_unique<Monitor>(Monitor::Ports{frames_, lid_, log_, store_, power_, work_,
+                                                        platform.clock, platform.scheduler})),
+      feed_(capture_, lid_, platform.clock) {
+  monitor_->displayHeightCm = platform.displayHeightCm;
+}
+
+AppDelegate::~AppDelegate() {
+  *self_ = nullptr;
+  guide_.reset();
+}
+
+void AppDelegate::finishLaunching(bool loginLaunch) {
+  statusItem_.drawn(StatusIcon::Eyes::open, store_.pillEars(pillEarsCases));
+  wire();
+  work_.start();
+  if (power_.sessionLocked()) {
+    power_.setScreenLocked(true);
+    monitor_->hold("lock");
+  }
+  lock_.onThreat = weakly(self_, [](AppDelegate& app, const Threat&) {
+    app.capture_.revoke();
+    app.refresh();
+  });
+  lock_.watch();
+  refresh();
+  if (capture_.revoked()) {
+    shell_.openPanel(PanelPage::home);
+    return;
+  }
+  if (!monitor_->baseline()) {
+    openGuide(store_.guideDone() ? GuideModel::Step::learn : GuideModel::Step::welcome);
+    return;
+  }
+  monitor_->start();
+  if (loginLaunch) return;
+  shell_.openPanel(PanelPage::home);
+}
+
+void AppDelegate::wire() {
+  capture_.onStateChange = weakly(self_, [](AppDelegate& app, bool) { app.refresh(); });
+  monitor_->onChange = weakly(self_, [](AppDelegate& app) { app.refresh(); });
+  monitor_->onAlert = weakly(self_, [](AppDelegate& app, const std::optional<Issue>& issue,
+                                       bool corrected) { app.alert(issue, corrected); });
+  monitor_->onSeverity = weakly(self_, [](AppDelegate& app, double value) { app.severity(value); });
+  monitor_->onPhase = weakly(self_, [](AppDelegate& app, Monitor::Phase phase,
+                                       const std::optional<Monitor::Outcome>& outcome) {
+    app.phaseChanged(phase, outcome);
+  });
+  monitor_->onSuggest =
+      weakly(self_, [](AppDelegate& app, const Monitor::Suggestion& s) { app.suggest(s); });
+  monitor_->onFrame =
+      weakly(self_, [](AppDelegate& app, const std::optional<Measurement>& m,
+                       const std::optional<Metrics>& metrics) { app.buddyLooks(m, metrics); });
+  monitor_->canRelearn = [weak = std::weak_ptr<AppDelegate*>(self_)] {
+    auto alive = weak.lock();
+    return alive && *alive && (*alive)->canRelearn();
+  };
+  work_.canNudge = [weak = std::weak_ptr<AppDelegate*>(self_)] {
+    auto alive = weak.lock();
+    return alive && *alive && (*alive)->canNudge();
+  };
+  work_.onNudge = weakly(self_, [](AppDelegate& app, const WorkLife::Nudge& n) { app.nudge(n); });
+}
+
+// The camera belongs to another application just now.
+bool AppDelegate::cameraBusyElsewhere() const {
+  return capture_.inUseElsewhere();
+}
+
+// The user can't or shouldn't be shown anything: locked, dark or busy with
+// a full-screen window or a video.
+bool AppDelegate::screenQuiet() const {
+  return power_.screenLocked() || power_.displaysAsleep() || power_.fullscreenFront() ||
+         power_.displayHeldAwake() || cameraBusyElsewhere();
+}
+
+bool AppDelegate::canRelearn() const {
+  return !screenQuiet() && !extensions_.coachSession();
+}
+
+bool AppDelegate::canNudge() const {
+  return !alerting_ && !guide_ && !extensions_.coachSession() && !pills_.current() &&
+         !cameraBusyElsewhere() && !power_.screenLocked() && !power_.displaysAsleep() &&
+         !power_.fullscreenFront();
+}
+
+StatusFacts AppDelegate::statusFacts() const {
+  StatusFacts facts;
+  facts.phase = monitor_->phase();
+  facts.enabled = monitor_->enabled();
+  facts.held = monitor_->isHeld();
+  facts.hasBaseline = monitor_->baseline().has_value();
+  facts.checkMode = store_.checkMode();
+  facts.report = monitor_->report();
+  facts.cameraRevoked = capture_.revoked();
+  facts.unseenCameraUses = extensions_.unseenCameraUses();
+  facts.ears = store_.pillEars(pillEarsCases);
+  return facts;
+}
+
+void AppDelegate::refresh() {
+  shell_.drawStatus(statusItem_.refresh(statusFacts()));
+}
+
+std::vector<MenuItem> AppDelegate::quickMenu() const {
+  return sodam::quickMenu(statusFacts(), calendar_);
+}
+
+std::vector<MenuItem> AppDelegate::postureMenu() const {
+  return sodam::postureMenu(statusFacts());
+}
+
+void AppDelegate::perform(MenuAction action, std::optional<int> tag) {
+  switch (action) {
+    case MenuAction::toggle:
+      monitor_->setEnabled(!monitor_->enabled());
+      break;
+    case MenuAction::checkNow:
+      monitor_->checkNow();
+      break;
+    case MenuAction::relearn:
+      openGuide(GuideModel::Step::learn);
+      break;
+    case MenuAction::openHome:
+      shell_.openPanel(PanelPage::home);
+      break;
+    case MenuAction::openDorani:
+      shell_.openPanel(PanelPage::dorani);
+      break;
+    case MenuAction::openSettings:
+      shell_.openPanel(PanelPage::settings);
+      break;
+    case MenuAction::setupDesk:
+      shell_.openPanel(PanelPage::desk);
+      break;
+    case MenuAction::openPage:
+      if (auto page = tag ? pageForShortcut(*tag) : std::nullopt) shell_.openPanel(*page);
+      break;
+    case MenuAction::startRoutine:
+      startRoutine();
+      break;
+    case MenuAction::breatheNow:
+      breatheNow();
+      break;
+    case MenuAction::quit:
+    case MenuAction::terminate:
+      shell_.terminate();
+      break;
+    default:
+      break;  // the shell's own window actions, and parts not built yet
+  }
+}
+
+void AppDelegate::startRoutine() {
+  if (guide_) return;
+  shell_.openPanel(PanelPage::stretch);
+  extensions_.startRoutine();
+}
+
+void AppDelegate::screenLocked() {
+  power_.setScreenLocked(true);
+  monitor_->hold("lock");
+}
+
+void AppDelegate::screenUnlocked() {
+  power_.setScreenLocked(false);
+  work_.refresh();
+  monitor_->release("lock");
+  const int unseen = extensions_.unseenCameraUses();
+  if (unseen >= 1) {
+    show(pill("exclamationmark.triangle.fill", Theme::orange, "자리를 비운 사이 카메라가 켜졌어요",
+              format("기록 %d건 · 눌러서 확인", unseen)),
+         8, weakly(self_, [](AppDelegate& app) { app.shell_.openPanel(PanelPage::camera); }));
+  }
+}
+
+void AppDelegate::screensSlept() {
+  power_.setDisplaysAsleep(true);
+  monitor_->hold("display");
+}
+
+void AppDelegate::screensWoke() {
+  power_.setDisplaysAsleep(false);
+  monitor_->release("display");
+}
+
+void AppDelegate::willSleep() {
+  monitor_->hold("sleep");
+}
+
+void AppDelegate::didWake() {
+  monitor_->release("sleep");
+}
+
+void AppDelegate::reopen() {
+  if (!guide_) shell_.openPanel(PanelPage::home);
+}
+
+void AppDelegate::openGuide(GuideModel::Step step) {
+  if (capture_.revoked()) return;
+  if (guide_) {
+    guide_->go(step);
+    return;
+  }
+  monitor_->hold("guide");
+  const bool firstTime = !store_.guideDone();
+  GuideModel::Ports ports{feed_,  *monitor_,
+                          store_, scheduler_,
+                          clock_, [this](const std::string& url) { shell_.openUrl(url); }};
+  // The model calls close from inside itself; it is let go on the next turn.
+  auto closed = [weak = std::weak_ptr<AppDelegate*>(self_), firstTime] {
+    if (auto alive = weak.lock(); alive && *alive) {
+      (*alive)->scheduler_.post(
+          weakly((*alive)->self_, [firstTime](AppDelegate& app) { app.guideClosed(firstTime); }));
+    }
+  };
+  guide_ = std::make_unique<GuideModel>(step, std::move(ports), closed);
+  shell_.presentGuide(*guide_);
+  guide_->go(step);
+}
+
+void AppDelegate::guideClosed(bool openedFirstTime) {
+  if (!guide_) return;
+  shell_.closeGuide();
+  guide_.reset();
+  monitor_->release("guide");
+  const bool learned = monitor_->baseline().has_value();
+  if (learned && !store_.guideDone()) store_.setGuideDone(true);
+  if (openedFirstTime && learned) shell_.openPanel(PanelPage::home);
+}
+
+}  // namespace sodam

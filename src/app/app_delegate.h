@@ -1,0 +1,193 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <set>
+#include <string>
+
+#include "alerts/blur_alert.h"
+#include "alerts/border_alert.h"
+#include "alerts/pill_center.h"
+#include "app/menus.h"
+#include "app/panel_page.h"
+#include "app/status_item.h"
+#include "companion/buddy_sight.h"
+#include "platform/lid_sensor.h"
+#include "platform/lockdown.h"
+#include "platform/power.h"
+#include "platform/store.h"
+#include "posture/capture.h"
+#include "posture/capture_frame_source.h"
+#include "posture/guide_model.h"
+#include "posture/live_feed.h"
+#include "posture/monitor.h"
+#include "posture/posture_log.h"
+#include "support/calendar.h"
+#include "worklife/work_life.h"
+
+namespace sodam {
+
+// The window side of the application, which the platform shell provides.
+// Every call comes on the main thread.
+class AppShell {
+ public:
+  virtual ~AppShell() = default;
+  // The status item changed; the image only when `redrawImage`.
+  virtual void drawStatus(const StatusItem::Refresh& refresh) = 0;
+  virtual void openPanel(PanelPage page) = 0;
+  // The learning guide's window: shown for the model, closed when it ends.
+  virtual void presentGuide(GuideModel& model) = 0;
+  virtual void closeGuide() = 0;
+  virtual void openUrl(const std::string& url) = 0;
+  virtual void terminate() = 0;
+};
+
+// Parts of the product that are reached from the routing but live elsewhere.
+// Each default is the inert answer of a part that is not there.
+struct AppExtensions {
+  std::function<int()> companionLevel = [] { return 1; };
+  std::function<void()> companionRefresh = [] {};
+  // The active focus preset's switches.
+  std::function<bool()> presetPosture = [] { return true; };
+  std::function<bool()> presetStretch = [] { return true; };
+  std::function<bool()> presetShare = [] { return true; };
+  // A coach session on the panel holds the camera.
+  std::function<bool()> coachSession = [] { return false; };
+  // Camera uses by other applications not yet seen by the user.
+  std::function<int()> unseenCameraUses = [] { return 0; };
+  // Starts the stretch routine from the log's issue weights.
+  std::function<void()> startRoutine = [] {};
+};
+
+// The root of the product: owns every long-lived component, wires their
+// callbacks and routes what they report to the pill, the border, the blur and
+// the panel. No component knows another except through this object. Main
+// thread only; the shell hops here before calling in.
+class AppDelegate {
+ public:
+  struct Platform {
+    CameraDevice& camera;
+    Detector& detector;
+    CameraAccess& access;
+    GlassRenderer* glass;
+    SerialQueue& sessionQueue;
+    SerialQueue& frameQueue;
+    std::unique_ptr<LidDevice> lidDevice;
+    SerialQueue& lidQueue;
+    PowerSource& power;
+    Defaults& defaults;
+    PillPresenter& pillPresenter;
+    ScreenSource& screens;
+    OverlayPresenter& overlays;
+    AppShell& shell;
+    Clock& clock;
+    Scheduler& scheduler;
+    Calendar calendar;
+    // Physical height of the built-in screen, for the lid geometry.
+    std::optional<double> displayHeightCm;
+  };
+
+  AppDelegate(Lockdown& lock, Platform platform, AppExtensions extensions = {});
+  ~AppDelegate();
+  AppDelegate(const AppDelegate&) = delete;
+  AppDelegate& operator=(const AppDelegate&) = delete;
+
+  // The launch, once the main loop runs. `loginLaunch`: started by a login item.
+  void finishLaunching(bool loginLaunch);
+
+  // The system's notifications.
+  void screenLocked();
+  void screenUnlocked();
+  void screensSlept();
+  void screensWoke();
+  void willSleep();
+  void didWake();
+  // The dock icon or the application was opened again.
+  void reopen();
+
+  // The menus, rebuilt by the shell each time one opens.
+  std::vector<MenuItem> quickMenu() const;
+  std::vector<MenuItem> postureMenu() const;
+  void perform(MenuAction action, std::optional<int> tag = std::nullopt);
+
+  void openGuide(GuideModel::Step step);
+  void breatheNow();
+  void previewBuddy();
+  void previewAlert(AlertStyle style);
+  void refresh();
+
+  bool alerting() const { return alerting_; }
+  StatusFacts statusFacts() const;
+
+  Monitor& monitor() { return *monitor_; }
+  PillCenter& pills() { return pills_; }
+  BorderAlert& border() { return border_; }
+  BlurAlert& blur() { return blur_; }
+  Store& store() { return store_; }
+  Power& power() { return power_; }
+  PostureLog& log() { return log_; }
+  WorkLife& work() { return work_; }
+  Capture& capture() { return capture_; }
+  LiveFeed& feed() { return feed_; }
+  BuddySight& buddySight() { return sight_; }
+  GuideModel* guide() { return guide_.get(); }
+
+ private:
+  Date now() const { return clock_.now(); }
+  void wire();
+  void show(Pill pill, std::optional<double> seconds, std::function<void()> action = {});
+  Pill pill(std::string symbol, Theme tint, std::string title,
+            std::optional<std::string> detail = std::nullopt) const;
+  bool cameraBusyElsewhere() const;
+  bool screenQuiet() const;
+  bool peekAllowed() const;
+  bool canRelearn() const;
+  bool canNudge() const;
+
+  void alert(const std::optional<Issue>& issue, bool corrected);
+  void severity(double value);
+  void phaseChanged(Monitor::Phase phase, const std::optional<Monitor::Outcome>& outcome);
+  void peek(Monitor::Phase phase, const std::optional<Monitor::Outcome>& outcome);
+  void peekEnded(const std::optional<Monitor::Outcome>& outcome);
+  void suggest(const Monitor::Suggestion& suggestion);
+  void closer(bool force);
+  void buddyLooks(const std::optional<Measurement>& m, const std::optional<Metrics>& metrics);
+  void nudge(const WorkLife::Nudge& nudge);
+  void guideClosed(bool openedFirstTime);
+  void startRoutine();
+
+  Lockdown& lock_;
+  AppShell& shell_;
+  Clock& clock_;
+  Scheduler& scheduler_;
+  Calendar calendar_;
+  AppExtensions extensions_;
+  std::shared_ptr<AppDelegate*> self_;
+
+  Store store_;
+  Power power_;
+  Capture capture_;
+  CaptureFrameSource frames_;
+  LidSensor lid_;
+  PillCenter pills_;
+  BorderAlert border_;
+  BlurAlert blur_;
+  PostureLog log_;
+  WorkLife work_;
+  std::unique_ptr<Monitor> monitor_;
+  LiveFeed feed_;
+  BuddySight sight_;
+  StatusItem statusItem_;
+  std::unique_ptr<GuideModel> guide_;
+
+  bool alerting_ = false;
+  Date lastBuddy_ = Date::distantPast();
+  SeverityBlur severity_;
+  Date lastCloser_ = Date::distantPast();
+  std::vector<Timer> previewTimers_;
+  Timer breatheTimer_;
+  Timer borderPreviewTimer_;
+};
+
+}  // namespace sodam

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <memory>
+
+#include "posture/capture.h"
+#include "sim/sim_camera.h"
+#include "sim/sim_devices.h"
+#include "sim/virtual_sitter.h"
+#include "support/serial_queue.h"
+
+namespace sodam {
+
+// The laptop of the simulation: the virtual sitter before its camera, the
+// lid sensor, the power source and the camera permission, all in the main
+// scheduler's virtual time. Main thread only.
+class SimMachine {
+ public:
+  struct Access final : CameraAccess {
+    bool granted = true;
+    bool authorized() override { return granted; }
+    void request(std::function<void(bool)> done) override { done(granted); }
+  };
+
+  SimMachine(Scheduler& scheduler, Clock& clock)
+      : camera(scheduler, clock, [this] { return sitter.render(); }) {}
+
+  std::unique_ptr<LidDevice> lidDevice() { return std::make_unique<SitterLidDevice>(sitter); }
+
+  VirtualSitter sitter;
+  ScriptedPowerSource power;
+  Access access;
+  // Session and frame work run at once: virtual time has no other thread.
+  InlineQueue queue;
+  SimCamera camera;
+};
+
+}  // namespace sodam

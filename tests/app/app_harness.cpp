@@ -1,0 +1,56 @@
+#include "app/app_harness.h"
+
+namespace sodam::testing {
+
+AppHarness::AppHarness(bool learned) {
+  machine.sitter.setNoise(0.5, 11);
+  if (learned) {
+    MemoryDefaults& d = defaults;
+    ManualClock& c = clock;
+    Calendar calendar(TimeZone::fixed(9 * 3600));
+    Store store(d, c, calendar);
+    store.setBaseline(
+        Baseline::learn(machine.sitter.frames(30), machine.sitter.laptop.lidDeg, clock.now()));
+    store.setGuideDone(true);
+  }
+  AppDelegate::Platform platform{machine.camera,
+                                 machine.camera,
+                                 machine.access,
+                                 nullptr,
+                                 machine.queue,
+                                 machine.queue,
+                                 machine.lidDevice(),
+                                 machine.queue,
+                                 machine.power,
+                                 defaults,
+                                 shell,
+                                 shell,
+                                 shell,
+                                 shell,
+                                 clock,
+                                 scheduler,
+                                 Calendar(TimeZone::fixed(9 * 3600)),
+                                 std::nullopt};
+  app = std::make_unique<AppDelegate>(*lock, std::move(platform));
+}
+
+void AppHarness::launch(bool loginLaunch) {
+  app->finishLaunching(loginLaunch);
+}
+
+std::string AppHarness::pill() const {
+  const auto& current = app->pills().current();
+  if (!current) return "";
+  return current->title.value_or("") + " | " + current->detail.value_or("");
+}
+
+bool AppHarness::runUntil(Monitor::Phase phase, double limitSeconds) {
+  const Date end = clock.now() + limitSeconds;
+  while (clock.now() < end) {
+    scheduler.advance(0.05);
+    if (app->monitor().phase() == phase) return true;
+  }
+  return false;
+}
+
+}  // namespace sodam::testing

@@ -1,0 +1,96 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "app/app_delegate.h"
+#include "platform/defaults.h"
+#include "sim/sim_machine.h"
+#include "support/manual_scheduler.h"
+
+namespace sodam::testing {
+
+struct NoConfinementHere final : Confinement {
+  void ignoreBrokenPipe() override {}
+  std::optional<std::string> homePath() const override { return std::nullopt; }
+  std::optional<std::string> cachePath() const override { return std::nullopt; }
+  std::string bundleIdentifier() const override { return "kr.lumenfold.sodamjari"; }
+  bool apply(const std::string&) override { return false; }
+};
+
+// Records what the shell is asked to show.
+struct RecordingShell final : AppShell, PillPresenter, ScreenSource, OverlayPresenter {
+  std::vector<std::string> calls;
+  std::vector<PanelPage> pages;
+  int guidesShown = 0;
+  int statusDraws = 0;
+  StatusLook look;
+  OverlayPresenter::Window nextWindow = 1;
+
+  void drawStatus(const StatusItem::Refresh& refresh) override {
+    ++statusDraws;
+    look = refresh.look;
+  }
+  void openPanel(PanelPage page) override { pages.push_back(page); }
+  void presentGuide(GuideModel&) override { ++guidesShown; }
+  void closeGuide() override { calls.push_back("close guide"); }
+  void openUrl(const std::string& url) override { calls.push_back("open " + url); }
+  void terminate() override { calls.push_back("terminate"); }
+
+  Size contentSize(const Pill&) override { return {220, 32}; }
+  Size bubbleSize(const Pill&) override { return {180, 44}; }
+  void showPanel(Rect) override {}
+  void hidePanel() override {}
+  void update(const PillModel&, PillAnimation) override {}
+  void showCatcher(Rect) override {}
+  void hideCatcher() override {}
+
+  std::vector<ScreenInfo> screens() const override {
+    ScreenInfo screen;
+    screen.frame = {{0, 0}, {1512, 982}};
+    screen.visibleFrame = {{0, 0}, {1512, 945}};
+    screen.safeAreaTop = 32;
+    screen.builtIn = true;
+    screen.main = true;
+    return {screen};
+  }
+
+  std::vector<Window> makeBorderWindows() override {
+    calls.push_back("border on");
+    return {nextWindow++};
+  }
+  std::vector<Window> makeBlurWindows(bool, double) override {
+    calls.push_back("blur windows");
+    return {nextWindow++};
+  }
+  void orderOut(Window) override { calls.push_back("window out"); }
+  bool blurCallAvailable() override { return true; }
+  void setBackgroundAlpha(Window, double) override {}
+  std::int32_t setBlurRadius(Window, std::int32_t) override { return 0; }
+  void useEffectView(Window, double) override {}
+  void setAlpha(Window, double) override {}
+};
+
+// The application core on the simulated laptop, in virtual time.
+struct AppHarness {
+  ManualClock clock{Date::fromUnix(1'795'000'000)};
+  ManualScheduler scheduler{clock};
+  MemoryDefaults defaults;
+  SimMachine machine{scheduler, clock};
+  RecordingShell shell;
+  NoConfinementHere confinement;
+  std::unique_ptr<Lockdown> lock = Lockdown::engage(confinement, scheduler);
+  std::unique_ptr<AppDelegate> app;
+  std::vector<std::string> pillTitles;
+
+  // With a learned posture unless told otherwise.
+  explicit AppHarness(bool learned = true);
+  void launch(bool loginLaunch = false);
+  void advance(double seconds) { scheduler.advance(seconds); }
+  // The pill up now, as "title | detail"; empty without one.
+  std::string pill() const;
+  bool runUntil(Monitor::Phase phase, double limitSeconds);
+};
+
+}  // namespace sodam::testing
