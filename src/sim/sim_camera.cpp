@@ -22,6 +22,7 @@ void SimCamera::startRunning(Sink sink) {
   {
     std::lock_guard guard(mutex_);
     sink_ = std::move(sink);
+    if (!runningSince_) runningSince_ = clock_.now();
   }
   // The timer belongs to the main thread, whichever queue starts the camera.
   std::weak_ptr<bool> alive = alive_;
@@ -37,6 +38,8 @@ void SimCamera::startRunning(Sink sink) {
 void SimCamera::stopRunning() {
   std::lock_guard guard(mutex_);
   sink_ = nullptr;
+  if (runningSince_) secondsRunBefore_ += clock_.now() - *runningSince_;
+  runningSince_.reset();
 }
 
 void SimCamera::tick() {
@@ -57,8 +60,18 @@ void SimCamera::tick() {
 }
 
 void SimCamera::detect(const CameraFrame& frame, const FramePlan& plan, Detections& out) {
+  ++framesDetected_;
   const auto* scene = static_cast<const SimScene*>(frame.image.get());
   options_.detections.render(scene->person, frame.size, plan, out);
+}
+
+int SimCamera::framesDetected() const {
+  return framesDetected_;
+}
+
+double SimCamera::secondsRunning() const {
+  std::lock_guard guard(mutex_);
+  return secondsRunBefore_ + (runningSince_ ? clock_.now() - *runningSince_ : 0);
 }
 
 int SimCamera::framesMade() const {

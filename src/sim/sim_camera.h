@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <functional>
 #include <memory>
 #include <mutex>
@@ -44,6 +45,10 @@ class SimCamera final : public CameraDevice, public Detector {
 
   // Frames handed to the capture so far.
   int framesMade() const;
+  // Frames the capture kept and ran the detectors on.
+  int framesDetected() const;
+  // Seconds the camera has run, the current run included.
+  double secondsRunning() const;
 
  private:
   void tick();
@@ -54,10 +59,14 @@ class SimCamera final : public CameraDevice, public Detector {
   Options options_;
   std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
   Timer timer_;  // main thread
+  // Counted on the frame queue, which may run inside a tick.
+  std::atomic<int> framesDetected_{0};
 
   mutable std::mutex mutex_;
   Sink sink_;
   int framesMade_ = 0;
+  std::optional<Date> runningSince_;
+  double secondsRunBefore_ = 0;
 };
 
 }  // namespace sodam

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <iosfwd>
+#include <string>
+#include <vector>
+
+namespace sodam {
+
+// `sodamjari simulate [SCENARIO] [--mode interval|live] [--speed N | --realtime]
+//  [--data-dir DIR] [--sensitivity strict|normal|relaxed] [--style border|blur]`:
+// the whole product for a day in virtual time, settings and records in the
+// real file store. Bad input is told on `err` with exit status 2 before
+// anything is written.
+// The options, for --help.
+const char* simulateUsage();
+
+int runSimulate(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
+
+}  // namespace sodam

@@ -1,0 +1,255 @@
+#include "sim/scenario.h"
+
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <sstream>
+
+#include "support/text.h"
+
+namespace sodam {
+
+namespace {
+
+using Field = ScenarioChange::Field;
+
+enum class Kind { flag, number, word };
+
+struct FieldSpec {
+  std::string_view name;
+  Field field;
+  Kind kind;
+  double low = 0;
+  double high = 0;
+};
+
+// The fields a scenario may set, with the values that make sense for a
+// person at a laptop.
+constexpr std::array fieldSpecs{
+    FieldSpec{"present", Field::present, Kind::flag},
+    FieldSpec{"forward", Field::forward, Kind::number, -5, 20},
+    FieldSpec{"drop", Field::drop, Kind::number, -5, 15},
+    FieldSpec{"pitch", Field::pitch, Kind::number, -45, 60},
+    FieldSpec{"roll", Field::roll, Kind::number, -45, 45},
+    FieldSpec{"yaw", Field::yaw, Kind::number, -90, 90},
+    FieldSpec{"shoulder", Field::shoulder, Kind::number, -30, 30},
+    FieldSpec{"lean", Field::lean, Kind::number, -20, 20},
+    FieldSpec{"distance", Field::distance, Kind::number, 25, 150},
+    FieldSpec{"lid", Field::lid, Kind::number, 0, 180},
+    FieldSpec{"lock", Field::lock, Kind::word},
+    FieldSpec{"unlock", Field::unlock, Kind::word},
+    FieldSpec{"sleep", Field::sleep, Kind::word},
+    FieldSpec{"wake", Field::wake, Kind::word},
+    FieldSpec{"display-off", Field::displayOff, Kind::word},
+    FieldSpec{"display-on", Field::displayOn, Kind::word},
+    FieldSpec{"battery", Field::battery, Kind::number, 0, 100},
+    FieldSpec{"power", Field::power, Kind::flag},
+    FieldSpec{"lowpower", Field::lowPower, Kind::flag},
+    FieldSpec{"idle", Field::idle, Kind::number, 0, 86400},
+    FieldSpec{"check", Field::check, Kind::word},
+};
+
+const FieldSpec* findField(std::string_view name) {
+  for (const auto& spec : fieldSpecs) {
+    if (spec.name == name) return &spec;
+  }
+  return nullptr;
+}
+
+std::optional<double> parseNumber(std::string_view text) {
+  double value = 0;
+  const auto* end = text.data() + text.size();
+  auto [at, error] = std::from_chars(text.data(), end, value);
+  if (error != std::errc() || at != end || !std::isfinite(value)) return std::nullopt;
+  return value;
+}
+
+std::optional<double> parseFlag(Field field, std::string_view text) {
+  if (field == Field::power) {
+    if (text == "battery") return 1;
+    if (text == "mains") return 0;
+    return std::nullopt;
+  }
+  if (text == "yes") return 1;
+  if (text == "no") return 0;
+  return std::nullopt;
+}
+
+// "HH:MM" or "HH:MM:SS" as seconds after midnight.
+std::optional<double> parseTime(std::string_view text) {
+  int parts[3] = {0, 0, 0};
+  int count = 0;
+  std::size_t at = 0;
+  while (at <= text.size() && count < 3) {
+    const auto colon = text.find(':', at);
+    const auto piece = text.substr(at, colon == std::string_view::npos ? colon : colon - at);
+    auto [end, error] = std::from_chars(piece.data(), piece.data() + piece.size(), parts[count]);
+    if (piece.empty() || error != std::errc() || end != piece.data() + piece.size()) {
+      return std::nullopt;
+    }
+    ++count;
+    if (colon == std::string_view::npos) break;
+    at = colon + 1;
+  }
+  const bool shaped = count >= 2 && at <= text.size();
+  if (!shaped || parts[0] < 0 || parts[0] > 24 || parts[1] < 0 || parts[1] > 59 || parts[2] < 0 ||
+      parts[2] > 59) {
+    return std::nullopt;
+  }
+  const double seconds = parts[0] * 3600.0 + parts[1] * 60.0 + parts[2];
+  if (seconds > 24 * 3600.0) return std::nullopt;
+  return seconds;
+}
+
+std::vector<std::string_view> words(std::string_view line) {
+  std::vector<std::string_view> result;
+  std::size_t at = 0;
+  while (at < line.size()) {
+    while (at < line.size() && (line[at] == ' ' || line[at] == '\t' || line[at] == '\r'))
+      ++at;
+    std::size_t end = at;
+    while (end < line.size() && line[end] != ' ' && line[end] != '\t' && line[end] != '\r')
+      ++end;
+    if (end > at) result.push_back(line.substr(at, end - at));
+    at = end;
+  }
+  return result;
+}
+
+class Reader {
+ public:
+  explicit Reader(std::string name) { scenario_.name = std::move(name); }
+
+  Scenario::Parsed read(std::string_view text) {
+    int number = 0;
+    std::size_t at = 0;
+    while (at <= text.size()) {
+      const auto newline = text.find('\n', at);
+      auto line = text.substr(at, newline == std::string_view::npos ? newline : newline - at);
+      ++number;
+      if (const auto hash = line.find('#'); hash != std::string_view::npos)
+        line = line.substr(0, hash);
+      if (!readLine(words(line), number)) return {std::nullopt, error_};
+      if (newline == std::string_view::npos) break;
+      at = newline + 1;
+    }
+    if (scenario_.endSeconds <= scenario_.startSeconds) {
+      return {std::nullopt, "the scenario must end after it starts"};
+    }
+    if (!scenario_.events.empty() && scenario_.events.back().atSeconds > scenario_.endSeconds) {
+      return {std::nullopt,
+              format("line %d: the event comes after the end", scenario_.events.back().line)};
+    }
+    return {std::move(scenario_), {}};
+  }
+
+ private:
+  bool fail(int line, const std::string& what) {
+    error_ = format("line %d: %s", line, what.c_str());
+    return false;
+  }
+
+  bool readLine(const std::vector<std::string_view>& parts, int line) {
+    if (parts.empty()) return true;
+    const auto head = parts.front();
+    if (head == "start" || head == "end") return readBound(parts, line);
+    if (head == "mode") return readMode(parts, line);
+    if (head == "fresh") {
+      if (parts.size() != 1) return fail(line, "\"fresh\" takes nothing after it");
+      scenario_.fresh = true;
+      return true;
+    }
+    return readEvent(parts, line);
+  }
+
+  bool readBound(const std::vector<std::string_view>& parts, int line) {
+    const std::string head(parts.front());
+    if (parts.size() != 2) return fail(line, format("\"%s\" takes one time, HH:MM", head.c_str()));
+    auto time = parseTime(parts[1]);
+    if (!time) {
+      return fail(line, format("\"%s\" is not a time, HH:MM", std::string(parts[1]).c_str()));
+    }
+    (head == "start" ? scenario_.startSeconds : scenario_.endSeconds) = *time;
+    return true;
+  }
+
+  bool readMode(const std::vector<std::string_view>& parts, int line) {
+    if (parts.size() != 2 || (parts[1] != "live" && parts[1] != "interval")) {
+      return fail(line, "\"mode\" is live or interval");
+    }
+    scenario_.live = parts[1] == "live";
+    return true;
+  }
+
+  bool readEvent(const std::vector<std::string_view>& parts, int line) {
+    auto time = parseTime(parts.front());
+    if (!time) {
+      return fail(line, format("\"%s\" is neither a time nor a setting",
+                               std::string(parts.front()).c_str()));
+    }
+    const double last = scenario_.events.empty() ? 0 : scenario_.events.back().atSeconds;
+    if (*time < last) return fail(line, "the time goes back");
+    ScenarioEvent event{*time, line, {}};
+    for (std::size_t i = 1; i < parts.size(); ++i) {
+      auto change = readChange(parts[i], line);
+      if (!change) return false;
+      event.changes.push_back(*change);
+    }
+    if (event.changes.empty()) return fail(line, "nothing happens at this time");
+    scenario_.events.push_back(std::move(event));
+    return true;
+  }
+
+  std::optional<ScenarioChange> readChange(std::string_view part, int line) {
+    const auto equals = part.find('=');
+    const auto name = part.substr(0, equals);
+    const FieldSpec* spec = findField(name);
+    if (!spec) {
+      fail(line, format("unknown field \"%s\"", std::string(name).c_str()));
+      return std::nullopt;
+    }
+    if (spec->kind == Kind::word) {
+      if (equals != std::string_view::npos) {
+        fail(line, format("\"%s\" takes no value", std::string(name).c_str()));
+        return std::nullopt;
+      }
+      return ScenarioChange{spec->field, 0};
+    }
+    if (equals == std::string_view::npos) {
+      fail(line, format("field \"%s\" needs a value", std::string(name).c_str()));
+      return std::nullopt;
+    }
+    return readValue(*spec, part.substr(equals + 1), line);
+  }
+
+  std::optional<ScenarioChange> readValue(const FieldSpec& spec, std::string_view text, int line) {
+    const std::string name(spec.name);
+    if (spec.kind == Kind::flag) {
+      auto flag = parseFlag(spec.field, text);
+      if (!flag) {
+        fail(line, format("field \"%s\" is %s", name.c_str(),
+                          spec.field == Field::power ? "mains or battery" : "yes or no"));
+        return std::nullopt;
+      }
+      return ScenarioChange{spec.field, *flag};
+    }
+    auto number = parseNumber(text);
+    if (!number || *number < spec.low || *number > spec.high) {
+      fail(line, format("field \"%s\" must be a number from %g to %g", name.c_str(), spec.low,
+                        spec.high));
+      return std::nullopt;
+    }
+    return ScenarioChange{spec.field, *number};
+  }
+
+  Scenario scenario_;
+  std::string error_;
+};
+
+}  // namespace
+
+Scenario::Parsed Scenario::parse(std::string_view text, std::string name) {
+  return Reader(std::move(name)).read(text);
+}
+
+}  // namespace sodam

@@ -1,0 +1,280 @@
+#include "sim/simulation.h"
+
+#include <cmath>
+
+#include "support/korean_format.h"
+#include "support/numeric.h"
+#include "support/text.h"
+
+namespace sodam {
+
+namespace {
+using Field = ScenarioChange::Field;
+constexpr double stepSeconds = 0.5;
+}  // namespace
+
+struct Simulation::NoConfinement final : Confinement {
+  void ignoreBrokenPipe() override {}
+  std::optional<std::string> homePath() const override { return std::nullopt; }
+  std::optional<std::string> cachePath() const override { return std::nullopt; }
+  std::string bundleIdentifier() const override { return "kr.lumenfold.sodamjari"; }
+  bool apply(const std::string&) override { return false; }
+};
+
+Simulation::Simulation(Scenario scenario, Defaults& defaults, Calendar calendar, Date day,
+                       Transcript::Sink sink, Options options)
+    : scenario_(std::move(scenario)),
+      options_(std::move(options)),
+      calendar_(std::move(calendar)),
+      midnight_(calendar_.startOfDay(day)),
+      clock_(midnight_ + scenario_.startSeconds),
+      scheduler_(clock_),
+      machine_(scheduler_, clock_),
+      transcript_(clock_, calendar_, std::move(sink)),
+      confinement_(std::make_unique<NoConfinement>()),
+      lock_(Lockdown::engage(*confinement_, scheduler_)) {
+  Store store(defaults, clock_, calendar_);
+  if (scenario_.fresh) {
+    store.setBaseline(std::nullopt);
+    store.setGuideDone(false);
+  }
+  if (auto live = options_.live ? options_.live : scenario_.live) {
+    store.setCheckMode(*live ? CheckMode::live : CheckMode::interval);
+  }
+  if (options_.sensitivity) store.setSensitivity(*options_.sensitivity);
+  if (options_.style) store.setAlertStyle(*options_.style);
+  machine_.sitter.setNoise(0.5, 2026);
+  AppDelegate::Platform platform{machine_.camera,
+                                 machine_.camera,
+                                 machine_.access,
+                                 nullptr,
+                                 machine_.queue,
+                                 machine_.queue,
+                                 machine_.lidDevice(),
+                                 machine_.queue,
+                                 machine_.power,
+                                 defaults,
+                                 transcript_,
+                                 transcript_,
+                                 transcript_,
+                                 transcript_,
+                                 clock_,
+                                 scheduler_,
+                                 calendar_,
+                                 std::nullopt};
+  app_ = std::make_unique<AppDelegate>(*lock_, std::move(platform));
+}
+
+Simulation::~Simulation() = default;
+
+SimulationSummary Simulation::run() {
+  std::size_t next = 0;
+  const auto& events = scenario_.events;
+  while (next < events.size() && events[next].atSeconds <= scenario_.startSeconds) {
+    apply(events[next++]);
+  }
+  app_->finishLaunching(false);
+  const Date end = midnight_ + scenario_.endSeconds;
+  while (clock_.now() < end) {
+    while (next < events.size() && midnight_ + events[next].atSeconds <= clock_.now()) {
+      apply(events[next++]);
+    }
+    step();
+  }
+  return summarize();
+}
+
+void Simulation::step() {
+  updateIdle();
+  scheduler_.advance(stepSeconds);
+  watchTheScreen();
+  actLikeAUser();
+  if (options_.speed && *options_.speed > 0 && options_.sleep) {
+    options_.sleep(stepSeconds / *options_.speed);
+  }
+}
+
+// No input while the chair is empty or the user reads on paper; otherwise
+// the user types, and the machine's idle time stays near zero.
+void Simulation::updateIdle() {
+  const Date now = clock_.now();
+  double idle = 0;
+  if (leftChairAt_) idle = now - *leftChairAt_;
+  if (inputPauseSince_) idle = std::max(idle, now - *inputPauseSince_);
+  machine_.power.idle = idle;
+}
+
+void Simulation::watchTheScreen() {
+  const auto& report = app_->monitor().report();
+  if (report && report->time != lastReport_) {
+    lastReport_ = report->time;
+    transcript_.say("마지막 확인: " + Fmt::clock(report->time, calendar_) + " · " +
+                    report->outcome.text());
+  }
+  const long long tenths = roundedInt(app_->blur().level() * 10);
+  if (tenths != blurTenths_) {
+    blurTenths_ = tenths;
+    transcript_.say(format("화면 흐림 %.1f", static_cast<double>(tenths) / 10));
+  }
+}
+
+void Simulation::actLikeAUser() {
+  const Date now = clock_.now();
+  if (app_->alerting() && !sawAlert_) sitUpAt_ = now + reactionSeconds;
+  sawAlert_ = app_->alerting();
+  if (sitUpAt_ && now >= *sitUpAt_) {
+    sitUpAt_.reset();
+    SitterPosture& p = machine_.sitter.posture;
+    const double distance = p.distanceCm;
+    p = SitterPosture{};
+    p.distanceCm = distance;
+    transcript_.say("(앉은 사람이 자세를 바로잡아요)");
+  }
+  GuideModel* guide = app_->guide();
+  if (!guide) return;
+  using State = GuideModel::Learn::State;
+  const auto& learn = guide->learn();
+  if (learn.is(State::done)) {
+    guide->go(GuideModel::Step::done);
+    guide->finish();
+  } else if (guide->step() != GuideModel::Step::learn) {
+    guide->go(GuideModel::Step::learn);
+  } else if (learn.is(State::idle) || learn.is(State::failed) || learn.is(State::concern)) {
+    if (learn.is(State::failed)) transcript_.say("안내: " + learn.message);
+    guide->startLearning();
+  }
+}
+
+void Simulation::apply(const ScenarioEvent& event) {
+  for (const auto& change : event.changes)
+    apply(change);
+}
+
+void Simulation::apply(const ScenarioChange& change) {
+  SitterPosture& p = machine_.sitter.posture;
+  ScriptedPowerSource& power = machine_.power;
+  const double v = change.value;
+  switch (change.field) {
+    case Field::present:
+      present_ = v != 0;
+      machine_.sitter.present = present_;
+      if (present_) {
+        leftChairAt_.reset();
+      } else if (!leftChairAt_) {
+        leftChairAt_ = clock_.now();
+      }
+      break;
+    case Field::forward:
+      p.forwardHeadCm = v;
+      break;
+    case Field::drop:
+      p.headDropCm = v;
+      break;
+    case Field::pitch:
+      p.headPitchDeg = v;
+      break;
+    case Field::roll:
+      p.headRollDeg = v;
+      break;
+    case Field::yaw:
+      p.headYawDeg = v;
+      break;
+    case Field::shoulder:
+      p.shoulderRollDeg = v;
+      break;
+    case Field::lean:
+      p.leanCm = v;
+      break;
+    case Field::distance:
+      p.distanceCm = v;
+      break;
+    case Field::lid:
+      machine_.sitter.laptop.lidDeg = v;
+      break;
+    case Field::lock:
+      power.locked = true;
+      if (app_) app_->screenLocked();
+      break;
+    case Field::unlock:
+      power.locked = false;
+      if (app_) app_->screenUnlocked();
+      break;
+    case Field::sleep:
+      if (app_) app_->willSleep();
+      break;
+    case Field::wake:
+      if (app_) app_->didWake();
+      break;
+    case Field::displayOff:
+      if (app_) app_->screensSlept();
+      break;
+    case Field::displayOn:
+      if (app_) app_->screensWoke();
+      break;
+    case Field::battery:
+      power.batteryPercent = static_cast<int>(v);
+      break;
+    case Field::power:
+      power.battery = v != 0;
+      break;
+    case Field::lowPower:
+      power.lowPower = v != 0;
+      break;
+    case Field::idle:
+      if (v > 0) {
+        inputPauseSince_ = clock_.now() - v;
+      } else {
+        inputPauseSince_.reset();
+      }
+      break;
+    case Field::check:
+      if (app_) app_->monitor().checkNow();
+      break;
+  }
+}
+
+SimulationSummary Simulation::summarize() const {
+  SimulationSummary s;
+  const Date now = clock_.now();
+  const PostureLog& log = app_->log();
+  const auto day = log.day(now);
+  s.checks = day.checks;
+  s.goodShare = day.ratio();
+  for (const auto& entry : log.entries()) {
+    if (!calendar_.isSameDay(entry.t, now)) continue;
+    if (entry.k == PostureEntry::Kind::corrected) ++s.corrections;
+    if (entry.k != PostureEntry::Kind::alert) continue;
+    for (const auto& kind : entry.i)
+      ++s.alertsByIssue[std::string(kind.title())];
+  }
+  const auto today = app_->work().today();
+  s.seatedMinutes = today.seated();
+  s.breaks = today.breaks();
+  s.simulatedSeconds = scenario_.endSeconds - scenario_.startSeconds;
+  s.cameraSeconds = machine_.camera.secondsRunning();
+  s.framesProcessed = machine_.camera.framesDetected();
+  return s;
+}
+
+std::vector<std::string> SimulationSummary::lines() const {
+  std::vector<std::string> out;
+  out.push_back("── 요약 ──");
+  std::string checksLine = format("확인 %d번", checks);
+  if (goodShare) checksLine += format(" · 바른 자세 %lld%%", roundedInt(*goodShare * 100));
+  out.push_back(checksLine);
+  std::string alerts = "알림";
+  if (alertsByIssue.empty()) alerts += " 없음";
+  bool first = true;
+  for (const auto& [title, count] : alertsByIssue) {
+    alerts += format("%s %s %d번", first ? ":" : ",", title.c_str(), count);
+    first = false;
+  }
+  out.push_back(alerts);
+  out.push_back(format("바로잡음 %d번", corrections));
+  out.push_back("앉은 시간 " + hm(seatedMinutes) + format(" · 쉬는 시간 %d번", breaks));
+  out.push_back(format("카메라 %.1f%% 켜짐 (%.0f초) · 처리한 프레임 %d장", cameraShare() * 100,
+                       cameraSeconds, framesProcessed));
+  return out;
+}
+
+}  // namespace sodam

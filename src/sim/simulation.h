@@ -1,0 +1,96 @@
+#pragma once
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "app/app_delegate.h"
+#include "platform/defaults.h"
+#include "platform/lockdown.h"
+#include "sim/scenario.h"
+#include "sim/sim_machine.h"
+#include "sim/transcript.h"
+#include "support/calendar.h"
+#include "support/manual_scheduler.h"
+
+namespace sodam {
+
+// What a simulated day came to.
+struct SimulationSummary {
+  int checks = 0;
+  std::optional<double> goodShare;
+  std::map<std::string, int> alertsByIssue;  // by the issue's title
+  int corrections = 0;
+  double seatedMinutes = 0;
+  int breaks = 0;
+  double simulatedSeconds = 0;
+  double cameraSeconds = 0;
+  int framesProcessed = 0;
+
+  double cameraShare() const { return simulatedSeconds > 0 ? cameraSeconds / simulatedSeconds : 0; }
+  std::vector<std::string> lines() const;
+};
+
+// The whole product on a simulated laptop: the real application core, wired
+// as on the Mac, with the virtual sitter before the camera, a scripted
+// machine, and a transcript for a screen. A scenario drives the day; the
+// sitter sits up a few seconds after an alert, as a person would, and goes
+// through the learning guide when it opens. Main thread only.
+class Simulation {
+ public:
+  struct Options {
+    std::optional<bool> live;  // overrides the scenario's mode
+    std::optional<Sensitivity> sensitivity;
+    std::optional<AlertStyle> style;
+    // Virtual seconds per real second; none runs as fast as it can.
+    std::optional<double> speed;
+    // Waits the given real seconds; called only with a speed.
+    std::function<void(double)> sleep;
+  };
+
+  // The sitter's reaction time to an alert pill.
+  static constexpr double reactionSeconds = 3;
+
+  // `day` is any moment of the simulated day in the calendar.
+  Simulation(Scenario scenario, Defaults& defaults, Calendar calendar, Date day,
+             Transcript::Sink sink, Options options);
+  ~Simulation();
+
+  SimulationSummary run();
+  AppDelegate& app() { return *app_; }
+  const Clock& clock() const { return clock_; }
+
+ private:
+  void apply(const ScenarioEvent& event);
+  void apply(const ScenarioChange& change);
+  void step();
+  void watchTheScreen();
+  void actLikeAUser();
+  void updateIdle();
+  SimulationSummary summarize() const;
+
+  Scenario scenario_;
+  Options options_;
+  Calendar calendar_;
+  Date midnight_;
+  ManualClock clock_;
+  ManualScheduler scheduler_;
+  SimMachine machine_;
+  Transcript transcript_;
+  struct NoConfinement;
+  std::unique_ptr<Confinement> confinement_;
+  std::unique_ptr<Lockdown> lock_;
+  std::unique_ptr<AppDelegate> app_;
+
+  bool present_ = true;
+  std::optional<Date> inputPauseSince_;
+  std::optional<Date> leftChairAt_;
+  bool sawAlert_ = false;
+  std::optional<Date> sitUpAt_;
+  std::optional<Date> lastReport_;
+  long long blurTenths_ = 0;
+};
+
+}  // namespace sodam

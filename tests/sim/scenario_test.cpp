@@ -1,0 +1,78 @@
+#include "sim/scenario.h"
+
+#include <gtest/gtest.h>
+
+namespace sodam {
+namespace {
+
+using Field = ScenarioChange::Field;
+
+TEST(Scenario, ReadsDirectivesEventsAndComments) {
+  const auto parsed = Scenario::parse(R"(# comment
+mode live
+fresh
+start 08:30
+end 17:00:30
+08:30 present=yes forward=2.5 power=battery   # trailing comment
+
+12:00 lock
+12:00:05 unlock idle=0
+)");
+  ASSERT_TRUE(parsed.scenario) << parsed.error;
+  const Scenario& s = *parsed.scenario;
+  EXPECT_EQ(s.live, true);
+  EXPECT_TRUE(s.fresh);
+  EXPECT_EQ(s.startSeconds, 8.5 * 3600);
+  EXPECT_EQ(s.endSeconds, 17 * 3600 + 30);
+  ASSERT_EQ(s.events.size(), 3u);
+  EXPECT_EQ(
+      s.events[0].changes,
+      (std::vector<ScenarioChange>{{Field::present, 1}, {Field::forward, 2.5}, {Field::power, 1}}));
+  EXPECT_EQ(s.events[1].changes, (std::vector<ScenarioChange>{{Field::lock, 0}}));
+  EXPECT_EQ(s.events[2].atSeconds, 12 * 3600 + 5);
+  EXPECT_EQ(s.events[2].line, 9);
+}
+
+TEST(Scenario, ABadLineIsNamedWithItsField) {
+  struct Case {
+    const char* text;
+    const char* error;
+  };
+  const Case cases[] = {
+      {"09:00 slouch=3", "line 1: unknown field \"slouch\""},
+      {"\n09:00 forward=25", "line 2: field \"forward\" must be a number from -5 to 20"},
+      {"09:00 forward=abc", "line 1: field \"forward\" must be a number from -5 to 20"},
+      {"09:00 forward=nan", "line 1: field \"forward\" must be a number from -5 to 20"},
+      {"09:00 forward", "line 1: field \"forward\" needs a value"},
+      {"09:00 present=maybe", "line 1: field \"present\" is yes or no"},
+      {"09:00 power=solar", "line 1: field \"power\" is mains or battery"},
+      {"09:00 lock=yes", "line 1: \"lock\" takes no value"},
+      {"25:00 lock", "line 1: \"25:00\" is neither a time nor a setting"},
+      {"9:60 lock", "line 1: \"9:60\" is neither a time nor a setting"},
+      {"10:00 lock\n09:00 unlock", "line 2: the time goes back"},
+      {"09:00", "line 1: nothing happens at this time"},
+      {"mode fast", "line 1: \"mode\" is live or interval"},
+      {"start 9", "line 1: \"9\" is not a time, HH:MM"},
+      {"start 10:00\nend 09:00", "the scenario must end after it starts"},
+      {"end 10:00\n11:00 lock", "line 2: the event comes after the end"},
+  };
+  for (const auto& c : cases) {
+    const auto parsed = Scenario::parse(c.text);
+    EXPECT_FALSE(parsed.scenario) << c.text;
+    EXPECT_EQ(parsed.error, c.error) << c.text;
+  }
+}
+
+TEST(Scenario, TheBuiltInScenariosReadAndUnknownNamesDoNot) {
+  for (const auto& name : Scenario::builtInNames()) {
+    const auto scenario = Scenario::builtIn(name);
+    ASSERT_TRUE(scenario) << name;
+    EXPECT_FALSE(scenario->events.empty()) << name;
+  }
+  EXPECT_EQ(Scenario::builtIn("live")->live, true);
+  EXPECT_TRUE(Scenario::builtIn("first-run")->fresh);
+  EXPECT_FALSE(Scenario::builtIn("weekend"));
+}
+
+}  // namespace
+}  // namespace sodam
