@@ -1,0 +1,101 @@
+#include "sim/simulation.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "platform/defaults.h"
+#include "posture/posture_log.h"
+
+namespace sodam {
+namespace {
+
+struct Day {
+  std::vector<std::string> lines;
+  SimulationSummary summary;
+
+  // The lines from `from` (inclusive) to `to` (exclusive), by their stamp.
+  std::vector<std::string> between(const std::string& from, const std::string& to) const {
+    std::vector<std::string> result;
+    for (const auto& line : lines) {
+      const std::string time = line.substr(1, 8);
+      if (time >= from && time < to) result.push_back(line);
+    }
+    return result;
+  }
+  bool has(const std::string& text) const {
+    return std::any_of(lines.begin(), lines.end(),
+                       [&](const std::string& l) { return l.find(text) != std::string::npos; });
+  }
+};
+
+bool any(const std::vector<std::string>& lines, const std::string& text) {
+  return std::any_of(lines.begin(), lines.end(),
+                     [&](const std::string& l) { return l.find(text) != std::string::npos; });
+}
+
+Day simulate(const std::string& name, Defaults& defaults) {
+  Day day;
+  Simulation simulation(*Scenario::builtIn(name), defaults, Calendar(TimeZone::fixed(9 * 3600)),
+                        Date::fromUnix(1'795'000'000),
+                        [&](const std::string& line) { day.lines.push_back(line); }, {});
+  day.summary = simulation.run();
+  return day;
+}
+
+TEST(Simulation, AWorkdayAlertsOnTheSlideFollowsTheLidAndRestsWhileLocked) {
+  MemoryDefaults defaults;
+  const Day day = simulate("workday", defaults);
+
+  // The slow slide into forward head crosses the line at 10:25.
+  const auto slide = day.between("10:25:00", "10:30:00");
+  EXPECT_TRUE(any(slide,
+                  "알약 [fix(forwardHead)] 턱을 당겨 머리를 뒤로 — 머리가 어깨보다 5센티 "
+                  "앞으로 나왔어요"));
+  EXPECT_TRUE(any(slide, "빨간 테두리 켜짐"));
+  EXPECT_TRUE(any(slide, "알림 뒤 자세를 바로잡았어요"));
+  EXPECT_TRUE(any(slide, "알약 [symbol(checkmark)] 좋아요, 바른 자세예요"));
+  EXPECT_TRUE(any(day.between("14:30:00", "14:40:00"), "알약 [fix(slouch)]"));
+
+  // The screen tipped back at 11:40 is followed, not alerted.
+  EXPECT_FALSE(any(day.between("11:40:00", "12:10:00"), "fix("));
+  // Lunch behind a locked screen: no check at all.
+  EXPECT_FALSE(any(day.between("12:10:01", "13:05:00"), "마지막 확인"));
+  // The coffee break is seen as an empty chair.
+  EXPECT_TRUE(any(day.between("11:00:00", "11:15:00"), "자리에 없어 건너뛰었어요"));
+
+  EXPECT_TRUE(any(day.between("09:45:00", "09:46:00"), "50분째 앉아 있어요"));
+  EXPECT_TRUE(any(day.between("18:30:00", "18:31:00"), "앉아 있었어요 — 바른 자세 "));
+
+  EXPECT_EQ(day.summary.alertsByIssue.at("거북목"), 1);
+  EXPECT_EQ(day.summary.alertsByIssue.at("구부정"), 1);
+  EXPECT_EQ(day.summary.corrections, 2);
+  EXPECT_GT(day.summary.checks, 200);
+  EXPECT_LT(day.summary.cameraShare(), 0.04);
+}
+
+TEST(Simulation, ASecondDayRemembersThePostureAndSkipsTheGuide) {
+  MemoryDefaults defaults;
+  const Day first = simulate("first-run", defaults);
+  EXPECT_TRUE(first.has("창: 바른 자세 배우기 안내"));
+  EXPECT_TRUE(first.has("알약 [fix(slouch)]"));
+  const auto entries =
+      PostureLog(defaults, ManualClock(Date::fromUnix(1'795'000'000)), Calendar()).entries().size();
+
+  const Day second = simulate("workday", defaults);
+  EXPECT_FALSE(second.has("바른 자세 배우기 안내"));
+  EXPECT_GT(
+      PostureLog(defaults, ManualClock(Date::fromUnix(1'795'000'000)), Calendar()).entries().size(),
+      entries);
+}
+
+TEST(Simulation, LiveModeWatchesAllTheTime) {
+  MemoryDefaults defaults;
+  simulate("first-run", defaults);
+  const Day live = simulate("live", defaults);
+  EXPECT_TRUE(any(live.between("10:15:00", "10:16:00"), "알약 [fix(forwardHead)]"));
+  EXPECT_GT(live.summary.cameraShare(), 0.9);
+}
+
+}  // namespace
+}  // namespace sodam
