@@ -1,6 +1,7 @@
 #include "app/app_delegate.h"
 
 #include "support/text.h"
+#include "support/weak_call.h"
 
 namespace sodam {
 
@@ -8,12 +9,6 @@ namespace {
 // The companion's ear styles, until the looks have a home of their own.
 constexpr int pillEarsCases = 13;
 
-template <typename F>
-auto weakly(const std::shared_ptr<AppDelegate*>& self, F call) {
-  return [weak = std::weak_ptr<AppDelegate*>(self), call](auto&&... args) {
-    if (auto alive = weak.lock(); alive && *alive) call(**alive, args...);
-  };
-}
 }  // namespace
 
 AppDelegate::AppDelegate(Lockdown& lock, Platform platform, AppExtensions extensions)
@@ -54,7 +49,7 @@ void AppDelegate::finishLaunching(bool loginLaunch) {
     power_.setScreenLocked(true);
     monitor_->hold("lock");
   }
-  lock_.onThreat = weakly(self_, [](AppDelegate& app, const Threat&) {
+  lock_.onThreat = weakCall(self_, [](AppDelegate& app, const Threat&) {
     app.capture_.revoke();
     app.refresh();
   });
@@ -74,20 +69,21 @@ void AppDelegate::finishLaunching(bool loginLaunch) {
 }
 
 void AppDelegate::wire() {
-  capture_.onStateChange = weakly(self_, [](AppDelegate& app, bool) { app.refresh(); });
-  monitor_->onChange = weakly(self_, [](AppDelegate& app) { app.refresh(); });
-  monitor_->onAlert = weakly(self_, [](AppDelegate& app, const std::optional<Issue>& issue,
-                                       bool corrected) { app.alert(issue, corrected); });
-  monitor_->onSeverity = weakly(self_, [](AppDelegate& app, double value) { app.severity(value); });
-  monitor_->onPhase = weakly(self_, [](AppDelegate& app, Monitor::Phase phase,
-                                       const std::optional<Monitor::Outcome>& outcome) {
+  capture_.onStateChange = weakCall(self_, [](AppDelegate& app, bool) { app.refresh(); });
+  monitor_->onChange = weakCall(self_, [](AppDelegate& app) { app.refresh(); });
+  monitor_->onAlert = weakCall(self_, [](AppDelegate& app, const std::optional<Issue>& issue,
+                                         bool corrected) { app.alert(issue, corrected); });
+  monitor_->onSeverity =
+      weakCall(self_, [](AppDelegate& app, double value) { app.severity(value); });
+  monitor_->onPhase = weakCall(self_, [](AppDelegate& app, Monitor::Phase phase,
+                                         const std::optional<Monitor::Outcome>& outcome) {
     app.phaseChanged(phase, outcome);
   });
   monitor_->onSuggest =
-      weakly(self_, [](AppDelegate& app, const Monitor::Suggestion& s) { app.suggest(s); });
+      weakCall(self_, [](AppDelegate& app, const Monitor::Suggestion& s) { app.suggest(s); });
   monitor_->onFrame =
-      weakly(self_, [](AppDelegate& app, const std::optional<Measurement>& m,
-                       const std::optional<Metrics>& metrics) { app.buddyLooks(m, metrics); });
+      weakCall(self_, [](AppDelegate& app, const std::optional<Measurement>& m,
+                         const std::optional<Metrics>& metrics) { app.buddyLooks(m, metrics); });
   monitor_->canRelearn = [weak = std::weak_ptr<AppDelegate*>(self_)] {
     auto alive = weak.lock();
     return alive && *alive && (*alive)->canRelearn();
@@ -96,7 +92,7 @@ void AppDelegate::wire() {
     auto alive = weak.lock();
     return alive && *alive && (*alive)->canNudge();
   };
-  work_.onNudge = weakly(self_, [](AppDelegate& app, const WorkLife::Nudge& n) { app.nudge(n); });
+  work_.onNudge = weakCall(self_, [](AppDelegate& app, const WorkLife::Nudge& n) { app.nudge(n); });
 }
 
 // The camera belongs to another application just now.
@@ -207,7 +203,7 @@ void AppDelegate::screenUnlocked() {
   if (unseen >= 1) {
     show(pill("exclamationmark.triangle.fill", Theme::orange, "자리를 비운 사이 카메라가 켜졌어요",
               format("기록 %d건 · 눌러서 확인", unseen)),
-         8, weakly(self_, [](AppDelegate& app) { app.shell_.openPanel(PanelPage::camera); }));
+         8, weakCall(self_, [](AppDelegate& app) { app.shell_.openPanel(PanelPage::camera); }));
   }
 }
 
@@ -248,7 +244,7 @@ void AppDelegate::openGuide(GuideModel::Step step) {
   auto closed = [weak = std::weak_ptr<AppDelegate*>(self_), firstTime] {
     if (auto alive = weak.lock(); alive && *alive) {
       (*alive)->scheduler_.post(
-          weakly((*alive)->self_, [firstTime](AppDelegate& app) { app.guideClosed(firstTime); }));
+          weakCall((*alive)->self_, [firstTime](AppDelegate& app) { app.guideClosed(firstTime); }));
     }
   };
   guide_ = std::make_unique<GuideModel>(step, std::move(ports), closed);

@@ -5,6 +5,7 @@
 #include "app/app_delegate.h"
 #include "support/numeric.h"
 #include "support/text.h"
+#include "support/weak_call.h"
 
 namespace sodam {
 
@@ -16,12 +17,6 @@ constexpr double peekPauseSeconds = 900;
 constexpr double closerPauseSeconds = 600;
 constexpr int breatheSeconds = 60;
 
-template <typename F>
-auto weakly(const std::shared_ptr<AppDelegate*>& self, F call) {
-  return [weak = std::weak_ptr<AppDelegate*>(self), call](auto&&... args) {
-    if (auto alive = weak.lock(); alive && *alive) call(**alive, args...);
-  };
-}
 }  // namespace
 
 Pill AppDelegate::pill(std::string symbol, Theme tint, std::string title,
@@ -45,7 +40,7 @@ void AppDelegate::alert(const std::optional<Issue>& issue, bool corrected) {
     // The same kind again leaves the pill alone, so its words don't jump.
     if (pills_.current() && pills_.current()->art == next.art) return;
     show(std::move(next), PillCenter::untilReplaced,
-         weakly(self_, [](AppDelegate& app) { app.startRoutine(); }));
+         weakCall(self_, [](AppDelegate& app) { app.startRoutine(); }));
     return;
   }
   if (!alerting_) return;
@@ -98,7 +93,7 @@ void AppDelegate::phaseChanged(Monitor::Phase phase,
   if (idle && outcome && outcome->is(Kind::relearnNeeded) && outcome->message()) {
     show(pill("figure.stand", Theme::orange, "바른 자세를 잡지 못했어요",
               *outcome->message() + " · 눌러서 다시 학습"),
-         8, weakly(self_, [](AppDelegate& app) { app.openGuide(GuideModel::Step::learn); }));
+         8, weakCall(self_, [](AppDelegate& app) { app.openGuide(GuideModel::Step::learn); }));
     return;
   }
   if (idle && outcome && outcome->is(Kind::tooFar) && !pills_.current()) {
@@ -113,7 +108,7 @@ bool AppDelegate::peekAllowed() const {
 
 void AppDelegate::peek(Monitor::Phase phase, const std::optional<Monitor::Outcome>& outcome) {
   auto openDorani =
-      weakly(self_, [](AppDelegate& app) { app.shell_.openPanel(PanelPage::dorani); });
+      weakCall(self_, [](AppDelegate& app) { app.shell_.openPanel(PanelPage::dorani); });
   switch (phase) {
     case Monitor::Phase::sampling: {
       const bool due =
@@ -152,7 +147,7 @@ void AppDelegate::peekEnded(const std::optional<Monitor::Outcome>& outcome) {
     if (level > store_.doraniCelebrated()) {
       store_.setDoraniCelebrated(level);
       show(Pill(now(), Pill::Art::buddy(Mood::love), Theme::white), 1.8,
-           weakly(self_, [](AppDelegate& app) { app.shell_.openPanel(PanelPage::dorani); }));
+           weakCall(self_, [](AppDelegate& app) { app.shell_.openPanel(PanelPage::dorani); }));
     } else {
       show(Pill(now(), Pill::Art::buddy(Mood::happy), Theme::white), 0.9);
     }
@@ -170,7 +165,7 @@ void AppDelegate::suggest(const Monitor::Suggestion& suggestion) {
   const IssueKind kind = *suggestion.issue;
   show(pill(std::string(kind.symbol()), Theme::coral, std::string(kind.title()) + "이 자주 보여요",
             "눌러서 맞춤 스트레칭을 해 봐요"),
-       8, weakly(self_, [](AppDelegate& app) { app.startRoutine(); }));
+       8, weakCall(self_, [](AppDelegate& app) { app.startRoutine(); }));
 }
 
 void AppDelegate::closer(bool force) {
@@ -202,30 +197,31 @@ void AppDelegate::nudge(const WorkLife::Nudge& nudge) {
     if (ratio) detail = format("바른 자세 %lld%% · ", roundedInt(*ratio * 100)) + detail;
     show(Pill(now(), Pill::Art::say(Mood::happy), Theme::white,
               format("오늘 %lld시간 %lld분 앉아 있었어요", seated / 60, seated % 60), detail),
-         10, weakly(self_, [](AppDelegate& app) { app.shell_.openPanel(PanelPage::history); }));
+         10, weakCall(self_, [](AppDelegate& app) { app.shell_.openPanel(PanelPage::history); }));
     return;
   }
   if (!extensions_.presetStretch()) return;
   show(Pill(now(), Pill::Art::say(Mood::curious), Theme::white,
             format("%d분째 앉아 있어요", nudge.minutes),
             "같이 스트레칭할래요? 누르면 3분 루틴을 시작해요"),
-       12, weakly(self_, [](AppDelegate& app) { app.startRoutine(); }));
+       12, weakCall(self_, [](AppDelegate& app) { app.startRoutine(); }));
 }
 
 void AppDelegate::breatheNow() {
   if (alerting_) return;
   const Pill breathing(now(), Pill::Art::breathe(breatheSeconds), Theme::green);
   show(breathing, PillCenter::untilReplaced,
-       weakly(self_, [](AppDelegate& app) { app.monitor_->release("breathe"); }));
+       weakCall(self_, [](AppDelegate& app) { app.monitor_->release("breathe"); }));
   monitor_->hold("breathe");
-  breatheTimer_ = scheduler_.mainTimer(breatheSeconds, weakly(self_, [breathing](AppDelegate& app) {
-                                         app.monitor_->release("breathe");
-                                         if (app.pills_.current() != breathing) return;
-                                         app.work_.rested(WorkLife::RestKind::breathe);
-                                         app.show(app.pill("leaf.fill", Theme::green, "잘했어요",
-                                                           "숨이 고르면 목과 어깨 힘도 풀려요"),
-                                                  2);
-                                       }));
+  breatheTimer_ = scheduler_.mainTimer(
+      breatheSeconds, weakCall(self_, [breathing](AppDelegate& app) {
+        app.monitor_->release("breathe");
+        if (app.pills_.current() != breathing) return;
+        app.work_.rested(WorkLife::RestKind::breathe);
+        app.show(
+            app.pill("leaf.fill", Theme::green, "잘했어요", "숨이 고르면 목과 어깨 힘도 풀려요"),
+            2);
+      }));
 }
 
 void AppDelegate::previewBuddy() {
@@ -236,13 +232,13 @@ void AppDelegate::previewBuddy() {
   previewTimers_.clear();
   for (int tenth = 18; tenth <= 29; ++tenth) {
     previewTimers_.push_back(
-        scheduler_.schedule({tenth / 10.0, 0, 0}, weakly(self_, [looking](AppDelegate& app) {
+        scheduler_.schedule({tenth / 10.0, 0, 0}, weakCall(self_, [looking](AppDelegate& app) {
                               if (app.pills_.current() == looking)
                                 app.sight_.set(0, 0.6, app.now());
                             })));
   }
   previewTimers_.push_back(scheduler_.schedule(
-      {3.2, 0, 0}, weakly(self_, [looking](AppDelegate& app) {
+      {3.2, 0, 0}, weakCall(self_, [looking](AppDelegate& app) {
         if (app.pills_.current() != looking) return;
         app.show(Pill(app.now(), Pill::Art::buddy(Mood::happy), Theme::white), 1.1);
       })));
@@ -254,8 +250,8 @@ void AppDelegate::previewAlert(AlertStyle style) {
     return;
   }
   border_.show();
-  borderPreviewTimer_ =
-      scheduler_.schedule({2.2, 0, 0}, weakly(self_, [](AppDelegate& app) { app.border_.hide(); }));
+  borderPreviewTimer_ = scheduler_.schedule(
+      {2.2, 0, 0}, weakCall(self_, [](AppDelegate& app) { app.border_.hide(); }));
 }
 
 }  // namespace sodam

@@ -1,4 +1,5 @@
 #include "posture/guide_model.h"
+#include "support/weak_call.h"
 
 namespace sodam {
 
@@ -13,12 +14,6 @@ constexpr int countdownStart = 3;
 // A little past the capture, so the last frames of the window are in.
 constexpr double learnAfterSeconds = 3.05;
 
-template <typename F>
-auto weakly(const std::shared_ptr<GuideModel*>& self, F call) {
-  return [weak = std::weak_ptr<GuideModel*>(self), call](auto&&... args) {
-    if (auto alive = weak.lock(); alive && *alive) call(**alive, args...);
-  };
-}
 }  // namespace
 
 GuideModel::GuideModel(Step start, Ports ports, std::function<void()> close)
@@ -27,7 +22,7 @@ GuideModel::GuideModel(Step start, Ports ports, std::function<void()> close)
       self_(std::make_shared<GuideModel*>(this)),
       step_(start) {
   ports_.feed.onMeasure =
-      weakly(self_, [](GuideModel& g, std::optional<Measurement> m) { g.gather(m); });
+      weakCall(self_, [](GuideModel& g, std::optional<Measurement> m) { g.gather(m); });
 }
 
 GuideModel::~GuideModel() {
@@ -68,7 +63,7 @@ void GuideModel::allowCamera() {
     next();
     return;
   }
-  ports_.feed.requestAccess(weakly(self_, [](GuideModel& g, bool granted) {
+  ports_.feed.requestAccess(weakCall(self_, [](GuideModel& g, bool granted) {
     if (granted) {
       g.next();
     } else if (g.ports_.openUrl) {
@@ -92,7 +87,8 @@ void GuideModel::count(int n) {
   }
   if (n > 0) {
     setLearn(Learn::countdown(n));
-    timer_ = ports_.scheduler.mainTimer(1.0, weakly(self_, [n](GuideModel& g) { g.count(n - 1); }));
+    timer_ =
+        ports_.scheduler.mainTimer(1.0, weakCall(self_, [n](GuideModel& g) { g.count(n - 1); }));
     return;
   }
   frames_.clear();
@@ -102,7 +98,7 @@ void GuideModel::count(int n) {
   progressSeconds_ = captureSeconds;
   announce();
   timer_ = ports_.scheduler.mainTimer(learnAfterSeconds,
-                                      weakly(self_, [](GuideModel& g) { g.finishLearning(); }));
+                                      weakCall(self_, [](GuideModel& g) { g.finishLearning(); }));
 }
 
 void GuideModel::gather(const std::optional<Measurement>& m) {

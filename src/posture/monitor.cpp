@@ -4,6 +4,7 @@
 
 #include "posture/posture_log.h"
 #include "support/text.h"
+#include "support/weak_call.h"
 #include "worklife/work_life.h"
 
 namespace sodam {
@@ -36,14 +37,6 @@ Monitor::~Monitor() {
 void Monitor::announce() {
   changed.notify();
   if (onChange) onChange();
-}
-
-// Binds a member call to this monitor for as long as it lives.
-template <typename F>
-static auto guarded(const std::shared_ptr<Monitor*>& self, F call) {
-  return [weak = std::weak_ptr<Monitor*>(self), call](auto&&... args) {
-    if (auto alive = weak.lock(); alive && *alive) call(**alive, args...);
-  };
 }
 
 bool Monitor::enabled() const {
@@ -91,7 +84,7 @@ void Monitor::start() {
 void Monitor::schedule(double after) {
   timer_.invalidate();
   if (enabled() && holds_.empty() && baseline_) {
-    timer_ = scheduler_.mainTimer(after, guarded(self_, [](Monitor& m) { m.run(false); }));
+    timer_ = scheduler_.mainTimer(after, weakCall(self_, [](Monitor& m) { m.run(false); }));
   }
   announce();
 }
@@ -145,7 +138,7 @@ void Monitor::halt() {
 }
 
 void Monitor::listen() {
-  capture_.setHandler(guarded(
+  capture_.setHandler(weakCall(
       self_, [](Monitor& m, std::optional<Measurement> frame) { m.handle(std::move(frame)); }));
 }
 
@@ -191,7 +184,7 @@ void Monitor::armWatchdog() {
   const Date since = lastFrame_ && *lastFrame_ > phaseStart_ ? *lastFrame_ : phaseStart_;
   const double wait = std::max(since + watchdogSeconds - now(), 0.001);
   watchdog_ = scheduler_.mainTimer(
-      wait, guarded(self_, [](Monitor& m) {
+      wait, weakCall(self_, [](Monitor& m) {
         const bool waiting = m.phase_ == Phase::sampling || m.phase_ == Phase::rechecking ||
                              m.phase_ == Phase::alerting;
         if (!waiting) return;
@@ -379,7 +372,7 @@ void Monitor::relearn() {
     capture_.setFrameInterval(0.1);
     enter(Phase::relearning);
     watchdog_ = scheduler_.mainTimer(relearnPrep + relearnSpan,
-                                     guarded(self_, [](Monitor& m) { m.finishRelearn(); }));
+                                     weakCall(self_, [](Monitor& m) { m.finishRelearn(); }));
     return;
   }
   if (phase_ != Phase::watching) finish(Outcome::relearnNeeded());

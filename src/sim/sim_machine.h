@@ -2,6 +2,7 @@
 
 #include <memory>
 
+#include "alerts/pill_center.h"
 #include "posture/capture.h"
 #include "sim/sim_camera.h"
 #include "sim/sim_devices.h"
@@ -25,6 +26,17 @@ class SimMachine {
       : camera(scheduler, clock, [this] { return sitter.render(); }) {}
 
   std::unique_ptr<LidDevice> lidDevice() { return std::make_unique<SitterLidDevice>(sitter); }
+
+  // The laptop's own display, with a notch: the one screen of the simulation.
+  static ScreenInfo builtInScreen() {
+    ScreenInfo screen;
+    screen.frame = {{0, 0}, {1512, 982}};
+    screen.visibleFrame = {{0, 0}, {1512, 945}};
+    screen.safeAreaTop = 32;
+    screen.builtIn = true;
+    screen.main = true;
+    return screen;
+  }
 
   VirtualSitter sitter;
   ScriptedPowerSource power;

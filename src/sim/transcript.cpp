@@ -1,5 +1,7 @@
 #include "sim/transcript.h"
 
+#include "sim/sim_machine.h"
+
 #include "support/text.h"
 
 namespace sodam {
@@ -96,13 +98,7 @@ void Transcript::update(const PillModel& model, PillAnimation) {
 }
 
 std::vector<ScreenInfo> Transcript::screens() const {
-  ScreenInfo screen;
-  screen.frame = {{0, 0}, {1512, 982}};
-  screen.visibleFrame = {{0, 0}, {1512, 945}};
-  screen.safeAreaTop = 32;
-  screen.builtIn = true;
-  screen.main = true;
-  return {screen};
+  return {SimMachine::builtInScreen()};
 }
 
 std::vector<OverlayPresenter::Window> Transcript::makeBorderWindows() {

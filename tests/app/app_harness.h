@@ -46,15 +46,7 @@ struct RecordingShell final : AppShell, PillPresenter, ScreenSource, OverlayPres
   void showCatcher(Rect) override {}
   void hideCatcher() override {}
 
-  std::vector<ScreenInfo> screens() const override {
-    ScreenInfo screen;
-    screen.frame = {{0, 0}, {1512, 982}};
-    screen.visibleFrame = {{0, 0}, {1512, 945}};
-    screen.safeAreaTop = 32;
-    screen.builtIn = true;
-    screen.main = true;
-    return {screen};
-  }
+  std::vector<ScreenInfo> screens() const override { return {SimMachine::builtInScreen()}; }
 
   std::vector<Window> makeBorderWindows() override {
     calls.push_back("border on");
