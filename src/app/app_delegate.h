@@ -13,6 +13,7 @@
 #include "app/panel_page.h"
 #include "app/status_item.h"
 #include "companion/buddy_sight.h"
+#include "companion/mate_state.h"
 #include "platform/lid_sensor.h"
 #include "platform/lockdown.h"
 #include "platform/power.h"
@@ -58,6 +59,12 @@ struct AppExtensions {
   std::function<int()> unseenCameraUses = [] { return 0; };
   // Starts the stretch routine from the log's issue weights.
   std::function<void()> startRoutine = [] {};
+  // The focus watcher's state while it runs unpaused; none otherwise.
+  std::function<std::optional<MateState>()> watcherState = [] {
+    return std::optional<MateState>();
+  };
+  // A focus session is running.
+  std::function<bool()> focusSession = [] { return false; };
 };
 
 // The root of the product: owns every long-lived component, wires their
@@ -118,6 +125,8 @@ class AppDelegate {
   void refresh();
 
   bool alerting() const { return alerting_; }
+  // What the study groups see of the user now.
+  MateState currentState() const;
   StatusFacts statusFacts() const;
 
   Monitor& monitor() { return *monitor_; }

@@ -254,4 +254,46 @@ void AppDelegate::previewAlert(AlertStyle style) {
       {2.2, 0, 0}, weakCall(self_, [](AppDelegate& app) { app.border_.hide(); }));
 }
 
+namespace {
+// The posture a study group can see in an issue; the others show nothing.
+std::optional<MateState> postureState(IssueKind kind) {
+  switch (kind) {
+    case IssueKind::forwardHead:
+      return MateState::turtle;
+    case IssueKind::slouch:
+    case IssueKind::leaning:
+    case IssueKind::lookingDown:
+      return MateState::slouch;
+    default:
+      return std::nullopt;
+  }
+}
+
+std::optional<MateState> firstPostureState(const std::optional<Reading>& reading) {
+  if (!reading || reading->issues.empty()) return std::nullopt;
+  return postureState(reading->issues.front().kind);
+}
+}  // namespace
+
+MateState AppDelegate::currentState() const {
+  if (extensions_.coachSession()) return MateState::stretch;
+  if (auto watching = extensions_.watcherState()) return *watching;
+  if (power_.screenLocked() || power_.displaysAsleep() || power_.sessionLocked()) {
+    return MateState::away;
+  }
+  if (monitor_->phase() == Monitor::Phase::alerting) {
+    if (auto state = firstPostureState(monitor_->reading())) return *state;
+  }
+  const auto& report = monitor_->report();
+  if (report && now() - report->time < 420) {
+    if (report->outcome.is(Kind::alerted)) {
+      if (auto state = firstPostureState(report->outcome.reading())) return *state;
+    } else if (report->outcome.is(Kind::absent) && power_.idleSeconds() > 120) {
+      return MateState::away;
+    }
+  }
+  if (work_.present()) return extensions_.focusSession() ? MateState::focus : MateState::desk;
+  return MateState::away;
+}
+
 }  // namespace sodam

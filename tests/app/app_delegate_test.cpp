@@ -199,6 +199,31 @@ TEST(AppStatus, TheStatusItemFollowsTheMonitor) {
   EXPECT_EQ(h.shell.calls.back(), "terminate");
 }
 
+TEST(AppState, TheGroupsSeeThePostureOnlyWhenItHasAName) {
+  AppHarness h;
+  h.launch(true);
+  EXPECT_EQ(h.app->currentState(), MateState::desk);
+
+  h.machine.sitter.posture.forwardHeadCm = 9;
+  h.app->monitor().checkNow();
+  ASSERT_TRUE(h.runUntil(Phase::alerting, 14));
+  EXPECT_EQ(h.app->currentState(), MateState::turtle);
+  h.machine.sitter.posture.forwardHeadCm = 0;
+  ASSERT_TRUE(h.runUntil(Phase::idle, 3));
+
+  // A tilted head has no state of its own: the next test decides.
+  h.machine.sitter.posture.headRollDeg = 10;
+  h.app->monitor().checkNow();
+  ASSERT_TRUE(h.runUntil(Phase::alerting, 14));
+  ASSERT_EQ(h.app->monitor().reading()->issues.front().kind, IssueKind::headTilt);
+  EXPECT_EQ(h.app->currentState(), MateState::desk);
+
+  h.app->screenLocked();
+  EXPECT_EQ(h.app->currentState(), MateState::away);
+  EXPECT_EQ(MateState::fromRaw("dancing"), MateState::offline);
+  EXPECT_EQ(MateState(MateState::turtle).title(), "거북목 됐어요");
+}
+
 TEST(BuddySight, EasesTowardsTheTargetAndRestsAfterAClear) {
   BuddySight sight;
   const Date t0{100};
