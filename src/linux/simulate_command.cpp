@@ -123,7 +123,9 @@ Calendar localCalendar() {
 
 }  // namespace
 
-const char* simulateUsage() { return usage; }
+const char* simulateUsage() {
+  return usage;
+}
 
 int runSimulate(const std::vector<std::string>& args, std::ostream& out, std::ostream& err) {
   Request request;
@@ -150,9 +152,14 @@ int runSimulate(const std::vector<std::string>& args, std::ostream& out, std::os
   request.options.sleep = [](double seconds) {
     std::this_thread::sleep_for(std::chrono::duration<double>(seconds));
   };
-  out << "소담자리 시뮬레이션: " << request.scenario << " · 기록: " << directory.string() << "\n";
+  const Calendar calendar = localCalendar();
+  const Date day = Simulation::dayToSimulate(defaults, calendar, SystemClock().now());
+  const auto date = calendar.components(day);
+  out << "소담자리 시뮬레이션: " << request.scenario
+      << format(" · %d년 %d월 %d일 · 기록: ", date.year, date.month, date.day) << directory.string()
+      << "\n";
   Simulation simulation(
-      std::get<Scenario>(std::move(loaded)), defaults, localCalendar(), SystemClock().now(),
+      std::get<Scenario>(std::move(loaded)), defaults, calendar, day,
       [&out](const std::string& line) { out << line << "\n"; }, request.options);
   const auto summary = simulation.run();
   for (const auto& line : summary.lines())

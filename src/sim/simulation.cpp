@@ -67,6 +67,16 @@ Simulation::Simulation(Scenario scenario, Defaults& defaults, Calendar calendar,
 
 Simulation::~Simulation() = default;
 
+Date Simulation::dayToSimulate(Defaults& defaults, const Calendar& calendar, Date today) {
+  const ManualClock clock(today);
+  const PostureLog log(defaults, clock, calendar);
+  const Date todayStart = calendar.startOfDay(today);
+  if (log.entries().empty() || calendar.startOfDay(log.entries().back().t) < todayStart) {
+    return todayStart;
+  }
+  return calendar.addingDays(calendar.startOfDay(log.entries().back().t), 1).value_or(todayStart);
+}
+
 SimulationSummary Simulation::run() {
   std::size_t next = 0;
   const auto& events = scenario_.events;

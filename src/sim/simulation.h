@@ -58,6 +58,11 @@ class Simulation {
              Transcript::Sink sink, Options options);
   ~Simulation();
 
+  // The day a run starting `today` simulates: today, or the day after the
+  // last record when earlier runs already reach today, so that runs on the
+  // same records follow each other like days.
+  static Date dayToSimulate(Defaults& defaults, const Calendar& calendar, Date today);
+
   SimulationSummary run();
   AppDelegate& app() { return *app_; }
   const Clock& clock() const { return clock_; }

@@ -36,9 +36,11 @@ bool any(const std::vector<std::string>& lines, const std::string& text) {
 
 Day simulate(const std::string& name, Defaults& defaults) {
   Day day;
-  Simulation simulation(*Scenario::builtIn(name), defaults, Calendar(TimeZone::fixed(9 * 3600)),
-                        Date::fromUnix(1'795'000'000),
-                        [&](const std::string& line) { day.lines.push_back(line); }, {});
+  const Calendar calendar(TimeZone::fixed(9 * 3600));
+  Simulation simulation(
+      *Scenario::builtIn(name), defaults, calendar,
+      Simulation::dayToSimulate(defaults, calendar, Date::fromUnix(1'795'000'000)),
+      [&](const std::string& line) { day.lines.push_back(line); }, {});
   day.summary = simulation.run();
   return day;
 }
@@ -87,6 +89,19 @@ TEST(Simulation, ASecondDayRemembersThePostureAndSkipsTheGuide) {
   EXPECT_GT(
       PostureLog(defaults, ManualClock(Date::fromUnix(1'795'000'000)), Calendar()).entries().size(),
       entries);
+}
+
+TEST(Simulation, RunsOnTheSameRecordsFollowEachOtherLikeDays) {
+  const Calendar calendar(TimeZone::fixed(9 * 3600));
+  const Date today = Date::fromUnix(1'795'000'000);
+  MemoryDefaults defaults;
+  EXPECT_EQ(Simulation::dayToSimulate(defaults, calendar, today), calendar.startOfDay(today));
+  simulate("first-run", defaults);
+  const Date next = Simulation::dayToSimulate(defaults, calendar, today);
+  EXPECT_EQ(next, *calendar.addingDays(calendar.startOfDay(today), 1));
+  // A later real day starts on itself.
+  const Date later = today + 5 * 86400;
+  EXPECT_EQ(Simulation::dayToSimulate(defaults, calendar, later), calendar.startOfDay(later));
 }
 
 TEST(Simulation, LiveModeWatchesAllTheTime) {
