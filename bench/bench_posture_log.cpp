@@ -15,9 +15,7 @@
 #include "posture/posture_log.h"
 #include "posture/posture_log_text.h"
 
-// The benchmark programs link the core only; the Linux file store comes in
-// as source here.
-#include "linux/file_defaults.cpp"
+#include "linux/file_defaults.h"
 
 namespace sodam {
 namespace {

@@ -16,6 +16,10 @@ constexpr double largestAngle = 360;
 LidSensor::LidSensor(std::unique_ptr<LidDevice> device, SerialQueue& queue, Scheduler& main)
     : device_(std::move(device)), queue_(queue), main_(main) {}
 
+LidSensor::~LidSensor() {
+  queue_.sync([] {});
+}
+
 std::optional<double> LidSensor::angle() {
   if (!device_) return std::nullopt;
   std::array<std::uint8_t, reportBytes> buffer{};

@@ -29,6 +29,10 @@ class LidSensor {
  public:
   // device may be null: a machine without the sensor has no lid angle.
   LidSensor(std::unique_ptr<LidDevice> device, SerialQueue& queue, Scheduler& main);
+  // Waits for a read already running on the queue, which still uses the device.
+  ~LidSensor();
+  LidSensor(const LidSensor&) = delete;
+  LidSensor& operator=(const LidSensor&) = delete;
 
   std::optional<double> angle();
   void read(std::function<void(std::optional<double>)> done);

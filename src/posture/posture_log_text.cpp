@@ -15,7 +15,7 @@ namespace sodam {
 namespace {
 
 template <class Number>
-void appendNumber(std::string& pool, Number value) {
+void appendNumber(std::vector<char>& pool, Number value) {
   std::array<char, 40> buffer;
   char* end = buffer.data();
   if (std::isfinite(value)) {
@@ -27,7 +27,7 @@ void appendNumber(std::string& pool, Number value) {
     end += 4;
   }
   pool.push_back(static_cast<char>(end - buffer.data()));
-  pool.append(buffer.data(), end);
+  pool.insert(pool.end(), buffer.data(), end);
 }
 
 struct Field {
@@ -55,7 +55,7 @@ float valueOf(const Snapshot& snapshot, const Field& field) {
   return field.required ? snapshot.*field.required : *(snapshot.*field.optional);
 }
 
-void appendNumbers(std::string& pool, const PostureEntry& entry) {
+void appendNumbers(std::vector<char>& pool, const PostureEntry& entry) {
   appendNumber(pool, entry.t.sinceReference);
   if (!entry.m) return;
   for (const auto& field : fields) {
@@ -135,10 +135,10 @@ void writeEntry(Out& out, const PostureEntry& entry, const char*& numbers) {
 }  // namespace
 
 void PostureLogText::append(const PostureEntry& entry) {
-  // Grown by a quarter, not doubled: the pool is most of the log's memory.
+  // Grown by an eighth, not doubled: the pool is half the log's memory.
   constexpr std::size_t mostPerEntry = 256;
   if (pool_.size() + mostPerEntry > pool_.capacity()) {
-    pool_.reserve((pool_.size() + mostPerEntry) * 5 / 4);
+    pool_.reserve((pool_.size() + mostPerEntry) * 9 / 8);
   }
   std::size_t start = pool_.size();
   appendNumbers(pool_, entry);
@@ -156,8 +156,8 @@ void PostureLogText::dropFront(const std::deque<PostureEntry>& entries, std::siz
   }
   head_ = static_cast<std::size_t>(numbers - pool_.data());
   textBytes_ -= dropped.bytes;
-  if (head_ * 8 > pool_.size()) {
-    pool_.erase(0, head_);
+  if (head_ * 16 > pool_.size()) {
+    pool_.erase(pool_.begin(), pool_.begin() + static_cast<std::ptrdiff_t>(head_));
     head_ = 0;
   }
 }
@@ -168,7 +168,6 @@ void PostureLogText::rebuild(const std::deque<PostureEntry>& entries) {
   textBytes_ = 0;
   for (const auto& entry : entries)
     append(entry);
-  pool_.shrink_to_fit();
 }
 
 Bytes PostureLogText::encode(const std::deque<PostureEntry>& entries) const {
@@ -185,14 +184,6 @@ Bytes PostureLogText::encode(const std::deque<PostureEntry>& entries) const {
   write.add("]");
   out.resize(write.at);
   return out;
-}
-
-std::string PostureLogText::encode(const PostureEntry& entry) {
-  PostureLogText text;
-  text.append(entry);
-  Bytes bytes = text.encode(std::deque<PostureEntry>{entry});
-  // Without the array's brackets.
-  return std::string(bytes.begin() + 1, bytes.end() - 1);
 }
 
 }  // namespace sodam

@@ -2,7 +2,7 @@
 
 #include <cstddef>
 #include <deque>
-#include <string>
+#include <vector>
 
 #include "platform/defaults.h"
 #include "posture/posture_log.h"
@@ -28,15 +28,12 @@ class PostureLogText {
   // The JSON array of the entries whose numbers this holds, in order.
   Bytes encode(const std::deque<PostureEntry>& entries) const;
 
-  // One entry's JSON text, as it appears in the array.
-  static std::string encode(const PostureEntry& entry);
-
  private:
   // Per number: one length byte, then the characters.
-  std::string pool_;
+  std::vector<char> pool_;
   // Where the first live entry's numbers start; the space before is given
-  // back once it is an eighth of the pool, so the pool stays within a
-  // quarter of what the live entries need.
+  // back once it is a sixteenth of the pool, so that, growing by an eighth,
+  // the pool never holds much more than the live entries need.
   std::size_t head_ = 0;
   std::size_t textBytes_ = 0;
 };
