@@ -12,7 +12,7 @@ namespace sodam {
 // tolerance the caller gives; posted tasks go onto the main dispatch queue.
 class MacScheduler final : public Scheduler {
  public:
-  Timer schedule(Spec timing, std::function<void()> block) override;
+  Timer schedule(Timing timing, std::function<void()> block) override;
   void post(std::function<void()> task) override;
 };
 

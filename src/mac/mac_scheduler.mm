@@ -26,7 +26,8 @@ class RunLoopTimer final : public Timer::Backend {
   CFHolder<CFRunLoopTimerRef> timer_;
 };
 
-CFHolder<CFRunLoopTimerRef> makeTimer(const Scheduler::Spec& timing, std::function<void()> block) {
+CFHolder<CFRunLoopTimerRef> makeTimer(const Scheduler::Timing& timing,
+                                      std::function<void()> block) {
   CFAbsoluteTime firstFire = CFAbsoluteTimeGetCurrent() + timing.delaySeconds;
   // A one-shot timer is invalidated by the run loop after it fires, which
   // releases the handler and the work it captured.
@@ -41,7 +42,7 @@ CFHolder<CFRunLoopTimerRef> makeTimer(const Scheduler::Spec& timing, std::functi
 
 }  // namespace
 
-Timer MacScheduler::schedule(Spec timing, std::function<void()> block) {
+Timer MacScheduler::schedule(Timing timing, std::function<void()> block) {
   auto timer = makeTimer(timing, std::move(block));
   CFRunLoopAddTimer(CFRunLoopGetMain(), timer.get(), kCFRunLoopCommonModes);
   return Timer(std::make_shared<RunLoopTimer>(std::move(timer)));

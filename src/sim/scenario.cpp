@@ -15,7 +15,7 @@ using Field = ScenarioChange::Field;
 
 enum class Kind { flag, number, word };
 
-struct FieldSpec {
+struct FieldRule {
   std::string_view name;
   Field field;
   Kind kind;
@@ -25,33 +25,33 @@ struct FieldSpec {
 
 // The fields a scenario may set, with the values that make sense for a
 // person at a laptop.
-constexpr std::array fieldSpecs{
-    FieldSpec{"present", Field::present, Kind::flag},
-    FieldSpec{"forward", Field::forward, Kind::number, -5, 20},
-    FieldSpec{"drop", Field::drop, Kind::number, -5, 15},
-    FieldSpec{"pitch", Field::pitch, Kind::number, -45, 60},
-    FieldSpec{"roll", Field::roll, Kind::number, -45, 45},
-    FieldSpec{"yaw", Field::yaw, Kind::number, -90, 90},
-    FieldSpec{"shoulder", Field::shoulder, Kind::number, -30, 30},
-    FieldSpec{"lean", Field::lean, Kind::number, -20, 20},
-    FieldSpec{"distance", Field::distance, Kind::number, 25, 150},
-    FieldSpec{"lid", Field::lid, Kind::number, 0, 180},
-    FieldSpec{"lock", Field::lock, Kind::word},
-    FieldSpec{"unlock", Field::unlock, Kind::word},
-    FieldSpec{"sleep", Field::sleep, Kind::word},
-    FieldSpec{"wake", Field::wake, Kind::word},
-    FieldSpec{"display-off", Field::displayOff, Kind::word},
-    FieldSpec{"display-on", Field::displayOn, Kind::word},
-    FieldSpec{"battery", Field::battery, Kind::number, 0, 100},
-    FieldSpec{"power", Field::power, Kind::flag},
-    FieldSpec{"lowpower", Field::lowPower, Kind::flag},
-    FieldSpec{"idle", Field::idle, Kind::number, 0, 86400},
-    FieldSpec{"check", Field::check, Kind::word},
+constexpr std::array fieldRules{
+    FieldRule{"present", Field::present, Kind::flag},
+    FieldRule{"forward", Field::forward, Kind::number, -5, 20},
+    FieldRule{"drop", Field::drop, Kind::number, -5, 15},
+    FieldRule{"pitch", Field::pitch, Kind::number, -45, 60},
+    FieldRule{"roll", Field::roll, Kind::number, -45, 45},
+    FieldRule{"yaw", Field::yaw, Kind::number, -90, 90},
+    FieldRule{"shoulder", Field::shoulder, Kind::number, -30, 30},
+    FieldRule{"lean", Field::lean, Kind::number, -20, 20},
+    FieldRule{"distance", Field::distance, Kind::number, 25, 150},
+    FieldRule{"lid", Field::lid, Kind::number, 0, 180},
+    FieldRule{"lock", Field::lock, Kind::word},
+    FieldRule{"unlock", Field::unlock, Kind::word},
+    FieldRule{"sleep", Field::sleep, Kind::word},
+    FieldRule{"wake", Field::wake, Kind::word},
+    FieldRule{"display-off", Field::displayOff, Kind::word},
+    FieldRule{"display-on", Field::displayOn, Kind::word},
+    FieldRule{"battery", Field::battery, Kind::number, 0, 100},
+    FieldRule{"power", Field::power, Kind::flag},
+    FieldRule{"lowpower", Field::lowPower, Kind::flag},
+    FieldRule{"idle", Field::idle, Kind::number, 0, 86400},
+    FieldRule{"check", Field::check, Kind::word},
 };
 
-const FieldSpec* findField(std::string_view name) {
-  for (const auto& spec : fieldSpecs) {
-    if (spec.name == name) return &spec;
+const FieldRule* findField(std::string_view name) {
+  for (const auto& rule : fieldRules) {
+    if (rule.name == name) return &rule;
   }
   return nullptr;
 }
@@ -203,43 +203,43 @@ class Reader {
   std::optional<ScenarioChange> readChange(std::string_view part, int line) {
     const auto equals = part.find('=');
     const auto name = part.substr(0, equals);
-    const FieldSpec* spec = findField(name);
-    if (!spec) {
+    const FieldRule* rule = findField(name);
+    if (!rule) {
       fail(line, format("unknown field \"%s\"", std::string(name).c_str()));
       return std::nullopt;
     }
-    if (spec->kind == Kind::word) {
+    if (rule->kind == Kind::word) {
       if (equals != std::string_view::npos) {
         fail(line, format("\"%s\" takes no value", std::string(name).c_str()));
         return std::nullopt;
       }
-      return ScenarioChange{spec->field, 0};
+      return ScenarioChange{rule->field, 0};
     }
     if (equals == std::string_view::npos) {
       fail(line, format("field \"%s\" needs a value", std::string(name).c_str()));
       return std::nullopt;
     }
-    return readValue(*spec, part.substr(equals + 1), line);
+    return readValue(*rule, part.substr(equals + 1), line);
   }
 
-  std::optional<ScenarioChange> readValue(const FieldSpec& spec, std::string_view text, int line) {
-    const std::string name(spec.name);
-    if (spec.kind == Kind::flag) {
-      auto flag = parseFlag(spec.field, text);
+  std::optional<ScenarioChange> readValue(const FieldRule& rule, std::string_view text, int line) {
+    const std::string name(rule.name);
+    if (rule.kind == Kind::flag) {
+      auto flag = parseFlag(rule.field, text);
       if (!flag) {
         fail(line, format("field \"%s\" is %s", name.c_str(),
-                          spec.field == Field::power ? "mains or battery" : "yes or no"));
+                          rule.field == Field::power ? "mains or battery" : "yes or no"));
         return std::nullopt;
       }
-      return ScenarioChange{spec.field, *flag};
+      return ScenarioChange{rule.field, *flag};
     }
     auto number = parseNumber(text);
-    if (!number || *number < spec.low || *number > spec.high) {
-      fail(line, format("field \"%s\" must be a number from %g to %g", name.c_str(), spec.low,
-                        spec.high));
+    if (!number || *number < rule.low || *number > rule.high) {
+      fail(line, format("field \"%s\" must be a number from %g to %g", name.c_str(), rule.low,
+                        rule.high));
       return std::nullopt;
     }
-    return ScenarioChange{spec.field, *number};
+    return ScenarioChange{rule.field, *number};
   }
 
   Scenario scenario_;

@@ -18,11 +18,11 @@ struct ManualScheduler::Entry final : Timer::Backend {
   double tolerance() const override { return tolerance_; }
 };
 
-Timer ManualScheduler::schedule(Spec spec, std::function<void()> block) {
+Timer ManualScheduler::schedule(Timing timing, std::function<void()> block) {
   auto entry = std::make_shared<Entry>();
-  entry->fire = clock_.now() + std::max(spec.delaySeconds, 0.0);
-  entry->repeat = std::max(spec.repeatSeconds, 0.0);
-  entry->tolerance_ = spec.toleranceSeconds;
+  entry->fire = clock_.now() + std::max(timing.delaySeconds, 0.0);
+  entry->repeat = std::max(timing.repeatSeconds, 0.0);
+  entry->tolerance_ = timing.toleranceSeconds;
   entry->sequence = nextSequence_++;
   entry->block = std::move(block);
   timers_.push_back(entry);

@@ -20,7 +20,7 @@ class ManualScheduler final : public Scheduler {
  public:
   explicit ManualScheduler(ManualClock& clock) : clock_(clock) {}
 
-  Timer schedule(Spec spec, std::function<void()> block) override;
+  Timer schedule(Timing timing, std::function<void()> block) override;
   void post(std::function<void()> task) override;
 
   // Runs everything due until now + seconds and leaves the clock there.

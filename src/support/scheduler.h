@@ -48,14 +48,14 @@ class Timer {
 // may be called from any thread and is the one hop onto the main thread.
 class Scheduler {
  public:
-  struct Spec {
+  struct Timing {
     double delaySeconds = 0;
     double repeatSeconds = 0;  // 0: one-shot
     double toleranceSeconds = 0;
   };
 
   virtual ~Scheduler() = default;
-  virtual Timer schedule(Spec spec, std::function<void()> block) = 0;
+  virtual Timer schedule(Timing timing, std::function<void()> block) = 0;
   virtual void post(std::function<void()> task) = 0;
 
   // One-shot timer with the tolerance every product timer uses: the larger of
