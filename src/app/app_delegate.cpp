@@ -241,12 +241,10 @@ void AppDelegate::openGuide(GuideModel::Step step) {
                           store_, scheduler_,
                           clock_, [this](const std::string& url) { shell_.openUrl(url); }};
   // The model calls close from inside itself; it is let go on the next turn.
-  auto closed = [weak = std::weak_ptr<AppDelegate*>(self_), firstTime] {
-    if (auto alive = weak.lock(); alive && *alive) {
-      (*alive)->scheduler_.post(
-          weakCall((*alive)->self_, [firstTime](AppDelegate& app) { app.guideClosed(firstTime); }));
-    }
-  };
+  auto closed = weakCall(self_, [firstTime](AppDelegate& app) {
+    app.scheduler_.post(
+        weakCall(app.self_, [firstTime](AppDelegate& later) { later.guideClosed(firstTime); }));
+  });
   guide_ = std::make_unique<GuideModel>(step, std::move(ports), closed);
   shell_.presentGuide(*guide_);
   guide_->go(step);

@@ -178,24 +178,26 @@ void Monitor::enter(Phase phase) {
   announce();
 }
 
+// The latest sign of a working camera: this phase's last frame, or its start.
+Date Monitor::cameraSeenAt() const {
+  return lastFrame_ && *lastFrame_ > phaseStart_ ? *lastFrame_ : phaseStart_;
+}
+
 // A phase that waits for frames must not hang when the camera stops
 // delivering: six seconds without a frame end it as a failure.
 void Monitor::armWatchdog() {
-  const Date since = lastFrame_ && *lastFrame_ > phaseStart_ ? *lastFrame_ : phaseStart_;
-  const double wait = std::max(since + watchdogSeconds - now(), 0.001);
-  watchdog_ = scheduler_.mainTimer(
-      wait, weakCall(self_, [](Monitor& m) {
-        const bool waiting = m.phase_ == Phase::sampling || m.phase_ == Phase::rechecking ||
-                             m.phase_ == Phase::alerting;
-        if (!waiting) return;
-        const Date since =
-            m.lastFrame_ && *m.lastFrame_ > m.phaseStart_ ? *m.lastFrame_ : m.phaseStart_;
-        if (m.now() - since >= watchdogSeconds) {
-          m.finish(Outcome::failed(noFramesText));
-        } else {
-          m.armWatchdog();
-        }
-      }));
+  const double wait = std::max(cameraSeenAt() + watchdogSeconds - now(), 0.001);
+  watchdog_ = scheduler_.mainTimer(wait, weakCall(self_, [](Monitor& m) {
+                                     const bool waiting = m.phase_ == Phase::sampling ||
+                                                          m.phase_ == Phase::rechecking ||
+                                                          m.phase_ == Phase::alerting;
+                                     if (!waiting) return;
+                                     if (m.now() - m.cameraSeenAt() >= watchdogSeconds) {
+                                       m.finish(Outcome::failed(noFramesText));
+                                     } else {
+                                       m.armWatchdog();
+                                     }
+                                   }));
 }
 
 void Monitor::run(bool manual) {

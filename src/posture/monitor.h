@@ -132,6 +132,7 @@ class Monitor {
   void relearn();
   void finishRelearn();
   void armWatchdog();
+  Date cameraSeenAt() const;
   void storeBaseline();
   std::vector<Metrics> present() const;
 

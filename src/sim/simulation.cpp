@@ -13,14 +13,6 @@ using Field = ScenarioChange::Field;
 constexpr double stepSeconds = 0.5;
 }  // namespace
 
-struct Simulation::NoConfinement final : Confinement {
-  void ignoreBrokenPipe() override {}
-  std::optional<std::string> homePath() const override { return std::nullopt; }
-  std::optional<std::string> cachePath() const override { return std::nullopt; }
-  std::string bundleIdentifier() const override { return "kr.lumenfold.sodamjari"; }
-  bool apply(const std::string&) override { return false; }
-};
-
 Simulation::Simulation(Scenario scenario, Defaults& defaults, Calendar calendar, Date day,
                        Transcript::Sink sink, Options options)
     : scenario_(std::move(scenario)),
@@ -31,8 +23,7 @@ Simulation::Simulation(Scenario scenario, Defaults& defaults, Calendar calendar,
       scheduler_(clock_),
       machine_(scheduler_, clock_),
       transcript_(clock_, calendar_, std::move(sink)),
-      confinement_(std::make_unique<NoConfinement>()),
-      lock_(Lockdown::engage(*confinement_, scheduler_)) {
+      lock_(Lockdown::engage(confinement_, scheduler_)) {
   Store store(defaults, clock_, calendar_);
   if (scenario_.fresh) {
     store.setBaseline(std::nullopt);
@@ -166,9 +157,8 @@ void Simulation::apply(const ScenarioChange& change) {
   const double v = change.value;
   switch (change.field) {
     case Field::present:
-      present_ = v != 0;
-      machine_.sitter.present = present_;
-      if (present_) {
+      machine_.sitter.present = v != 0;
+      if (machine_.sitter.present) {
         leftChairAt_.reset();
       } else if (!leftChairAt_) {
         leftChairAt_ = clock_.now();

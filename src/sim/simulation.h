@@ -84,12 +84,10 @@ class Simulation {
   ManualScheduler scheduler_;
   SimMachine machine_;
   Transcript transcript_;
-  struct NoConfinement;
-  std::unique_ptr<Confinement> confinement_;
+  NoConfinement confinement_;
   std::unique_ptr<Lockdown> lock_;
   std::unique_ptr<AppDelegate> app_;
 
-  bool present_ = true;
   std::optional<Date> inputPauseSince_;
   std::optional<Date> leftChairAt_;
   bool sawAlert_ = false;

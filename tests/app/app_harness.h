@@ -11,14 +11,6 @@
 
 namespace sodam::testing {
 
-struct NoConfinementHere final : Confinement {
-  void ignoreBrokenPipe() override {}
-  std::optional<std::string> homePath() const override { return std::nullopt; }
-  std::optional<std::string> cachePath() const override { return std::nullopt; }
-  std::string bundleIdentifier() const override { return "kr.lumenfold.sodamjari"; }
-  bool apply(const std::string&) override { return false; }
-};
-
 // Records what the shell is asked to show.
 struct RecordingShell final : AppShell, PillPresenter, ScreenSource, OverlayPresenter {
   std::vector<std::string> calls;
@@ -71,7 +63,7 @@ struct AppHarness {
   MemoryDefaults defaults;
   SimMachine machine{scheduler, clock};
   RecordingShell shell;
-  NoConfinementHere confinement;
+  NoConfinement confinement;
   std::unique_ptr<Lockdown> lock = Lockdown::engage(confinement, scheduler);
   std::unique_ptr<AppDelegate> app;
   std::vector<std::string> pillTitles;
