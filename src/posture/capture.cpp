@@ -88,9 +88,10 @@ bool Capture::inUseElsewhere() const {
   return ports_.device.inUseElsewhere();
 }
 
-// Called on the device's thread. A frame that arrives while the last one is
-// still waiting for the frame queue is late and is discarded, as the camera
-// output does with late frames.
+// Called on the device's thread, or on the frame queue itself when the
+// device delivers there; either way the frame's work waits its turn. A frame
+// that arrives while the last one is still waiting for the frame queue is
+// late and is discarded, as the camera output does with late frames.
 void Capture::receive(CameraFrame frame) {
   if (frameWaiting_.exchange(true)) return;
   ports_.frameQueue.async([this, frame = std::move(frame)] {
@@ -111,7 +112,8 @@ void Capture::process(const CameraFrame& frame) {
   ports_.detector.detect(frame, plan, detections_);
   auto result = reader_.read(detections_, now.arms, now.lightMode, now.phoneMode);
 
-  Delivery delivery{std::move(result.measurement), std::move(result.side), std::nullopt};
+  Delivery delivery{std::move(result.measurement), std::move(result.side), std::nullopt,
+                    reader_.lastShoulders() ? reader_.lastShoulders()->top : std::nullopt};
   if (now.glass && ports_.glass) delivery.glass = ports_.glass->render(frame, *now.glass);
   std::weak_ptr<bool> alive = alive_;
   ports_.main.post([this, alive, delivery = std::move(delivery)]() mutable {
@@ -122,6 +124,7 @@ void Capture::process(const CameraFrame& frame) {
 // Handlers are read here, at delivery, so one cleared meanwhile gets nothing.
 void Capture::deliver(Delivery delivery) {
   if (!running_) return;
+  if (onHeadTop) onHeadTop(delivery.headTop);
   if (onMeasurement) onMeasurement(delivery.measurement);
   if (onSide) onSide(delivery.side);
   if (delivery.glass && onGlass) onGlass(delivery.glass);

@@ -27,7 +27,8 @@ struct CameraFrame {
 using PreviewLayer = std::shared_ptr<void>;
 
 // The camera. Its methods are called on the session queue; it delivers frames
-// to the sink from a thread of its own, and never after stopRunning returned.
+// to the sink from a thread of its own (which may be the frame queue itself),
+// and never after stopRunning returned.
 class CameraDevice {
  public:
   using Sink = std::function<void(CameraFrame)>;
@@ -107,6 +108,10 @@ class Capture {
   std::function<void(std::optional<GlassImage>)> onGlass;
   std::function<void(std::optional<SideBody>)> onSide;
   std::function<void(bool)> onStateChange;
+  // The top of the head in image pixels, as the last person mask showed it;
+  // for the diagnostic run, which prints it beside each frame. Told before
+  // the frame's measurement.
+  std::function<void(std::optional<double>)> onHeadTop;
 
   // Whether the camera is authorised; the answer is kept for 10 seconds.
   bool authorized();
@@ -148,6 +153,7 @@ class Capture {
     std::optional<Measurement> measurement;
     std::optional<SideBody> side;
     std::optional<GlassImage> glass;
+    std::optional<double> headTop;
   };
 
   Settings settings() const;

@@ -181,5 +181,43 @@ TEST_F(CaptureTest, AuthorisationIsAskedAtMostEveryTenSeconds) {
   EXPECT_EQ(access.asks, 2);
 }
 
+// A 200x200 frame whose mask shows a head from row 10 and a torso below it.
+struct SeatedMaskDetector : Detector {
+  void detect(const CameraFrame&, const FramePlan& plan, Detections& out) override {
+    out.size = {200, 200};
+    out.markRan(Detections::Request::faces);
+    out.markRan(Detections::Request::landmarks);
+    out.faces.push_back({Rect{{0.4, 0.75}, {0.2, 0.2}}, {}, {}});
+    out.landmarks.leftEye = {{115, 170}};
+    out.landmarks.rightEye = {{85, 170}};
+    if (!plan.person) return;
+    out.markRan(Detections::Request::person);
+    out.mask.width = out.mask.height = 200;
+    out.mask.bytes.assign(200 * 200, 0);
+    const auto paint = [&](int c0, int r0, int c1, int r1) {
+      for (int r = r0; r <= r1; ++r)
+        for (int c = c0; c <= c1; ++c)
+          out.mask.bytes[static_cast<std::size_t>(r * 200 + c)] = 0xFF;
+    };
+    paint(80, 10, 120, 50);
+    paint(90, 50, 110, 69);
+    paint(30, 70, 170, 199);
+  }
+};
+
+TEST_F(CaptureTest, TheHeadTopOfTheLastMaskTravelsWithEachFrame) {
+  SeatedMaskDetector seated;
+  Capture withMask{{camera, seated, access, nullptr, main, clock, session, frames}};
+  std::vector<std::optional<double>> tops;
+  withMask.onHeadTop = [&](std::optional<double> top) { tops.push_back(top); };
+  withMask.start();
+  main.runPosted();
+  camera.frame(1);
+  main.runPosted();
+  ASSERT_EQ(tops.size(), 1u);
+  ASSERT_TRUE(tops[0]);
+  EXPECT_NEAR(*tops[0], 200 - 10 - 0.5, 1.0) << "image y of the mask's first head row";
+}
+
 }  // namespace
 }  // namespace sodam
