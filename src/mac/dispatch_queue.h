@@ -3,6 +3,8 @@
 // Any thread may call it (sync never from the queue itself); tasks run on the
 // queue's own thread, one at a time, in order.
 
+#include <dispatch/dispatch.h>
+
 #include <memory>
 #include <string>
 
@@ -22,6 +24,10 @@ class DispatchSerialQueue final : public SerialQueue {
 
   void async(std::function<void()> task) override;
   void sync(std::function<void()> task) override;
+
+  // The dispatch queue itself, for platform calls that deliver onto a queue
+  // (the camera output delivers its frames straight onto the frame queue).
+  dispatch_queue_t native() const;
 
  private:
   struct Queue;

@@ -28,4 +28,8 @@ void DispatchSerialQueue::sync(std::function<void()> task) {
   });
 }
 
+dispatch_queue_t DispatchSerialQueue::native() const {
+  return queue_->queue;
+}
+
 }  // namespace sodam
