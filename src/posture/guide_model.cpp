@@ -13,6 +13,9 @@ constexpr const char* acceptedNote =
 constexpr int countdownStart = 3;
 // A little past the capture, so the last frames of the window are in.
 constexpr double learnAfterSeconds = 3.05;
+// The user watches the countdown and the bar: a tick that comes half a
+// second late, as the loose timer tolerance allows, reads as a stumble.
+constexpr double tickToleranceSeconds = 0.02;
 
 }  // namespace
 
@@ -72,6 +75,17 @@ void GuideModel::allowCamera() {
   }));
 }
 
+void GuideModel::askCamera() {
+  ports_.feed.requestAccess(weakCall(self_, [](GuideModel& g, bool granted) {
+    if (granted) {
+      g.syncCamera();
+      g.announce();
+    } else if (g.ports_.openUrl) {
+      g.ports_.openUrl(cameraSettingsUrl);
+    }
+  }));
+}
+
 void GuideModel::startLearning() {
   if (learn_.is(Learn::State::capturing)) return;
   progress_ = 0;
@@ -87,8 +101,8 @@ void GuideModel::count(int n) {
   }
   if (n > 0) {
     setLearn(Learn::countdown(n));
-    timer_ =
-        ports_.scheduler.mainTimer(1.0, weakCall(self_, [n](GuideModel& g) { g.count(n - 1); }));
+    timer_ = ports_.scheduler.schedule({1.0, 0, tickToleranceSeconds},
+                                       weakCall(self_, [n](GuideModel& g) { g.count(n - 1); }));
     return;
   }
   frames_.clear();
@@ -97,8 +111,8 @@ void GuideModel::count(int n) {
   progress_ = 1;
   progressSeconds_ = captureSeconds;
   announce();
-  timer_ = ports_.scheduler.mainTimer(learnAfterSeconds,
-                                      weakCall(self_, [](GuideModel& g) { g.finishLearning(); }));
+  timer_ = ports_.scheduler.schedule({learnAfterSeconds, 0, tickToleranceSeconds},
+                                     weakCall(self_, [](GuideModel& g) { g.finishLearning(); }));
 }
 
 void GuideModel::gather(const std::optional<Measurement>& m) {

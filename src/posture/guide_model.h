@@ -81,6 +81,10 @@ class GuideModel {
   void next();
   void back();
   void allowCamera();
+  // Asks for the camera on a step that needs it, and stays on the step:
+  // granted, the camera starts; refused, the system's camera settings open.
+  // For a guide opened straight at setup or learn without access.
+  void askCamera();
   void startLearning();
   void acceptAnyway();
   void finish();

@@ -149,6 +149,23 @@ TEST_F(GuideTest, CameraPermissionRefusedOpensTheSettingsGrantedMovesOn) {
   EXPECT_EQ(guide->step(), Step::posture);
 }
 
+TEST_F(GuideTest, AGuideOpenedAtLearnAsksForTheCameraAndStaysThere) {
+  access.granted = false;
+  guide->go(Step::learn);
+  EXPECT_FALSE(feed.running());
+  guide->askCamera();
+  h.scheduler.runPosted();
+  EXPECT_EQ(opened, std::vector<std::string>{GuideModel::cameraSettingsUrl});
+  EXPECT_FALSE(feed.running());
+
+  access.granted = true;  // allowed meanwhile in the system's settings
+  guide->askCamera();
+  h.scheduler.runPosted();
+  EXPECT_EQ(guide->step(), Step::learn);
+  EXPECT_TRUE(feed.running());
+  EXPECT_EQ(opened.size(), 1u);
+}
+
 TEST_F(GuideTest, FinishingRecordsTheGuideAndLeavesTheCameraOff) {
   guide->go(Step::done);
   guide->next();
