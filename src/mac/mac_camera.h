@@ -1,0 +1,64 @@
+#pragma once
+
+// MacCamera is configured, started, stopped and given preview layers on the
+// capture's session queue and asked inUseElsewhere on the main thread, and it
+// calls its frame sink on the frame queue; MacCameraAccess answers on the
+// calling thread and calls back on a queue the system chooses.
+
+#include <CoreVideo/CoreVideo.h>
+
+#include <functional>
+#include <memory>
+
+#include "mac/dispatch_queue.h"
+#include "posture/capture.h"
+
+#ifdef __OBJC__
+@class AVCaptureVideoPreviewLayer;
+#endif
+
+namespace sodam {
+
+// The built-in camera (or, without one, the default video device) behind one
+// capture session, delivering 1280x720 full-range 4:2:0 frames, unmirrored,
+// at up to 15 a second. A frame's media time is the sample buffer's
+// presentation time, so that pacing measures the spacing of capture and not
+// the jitter of delivery; its image holds the sample buffer.
+class MacCamera final : public CameraDevice {
+ public:
+  // Frames are delivered straight onto this queue.
+  explicit MacCamera(DispatchSerialQueue& frameQueue);
+  ~MacCamera() override;
+  MacCamera(const MacCamera&) = delete;
+  MacCamera& operator=(const MacCamera&) = delete;
+
+  bool configure() override;
+  void startRunning(Sink sink) override;
+  // Once it returns, the sink is never called again.
+  void stopRunning() override;
+  void attach(const PreviewLayer& layer) override;
+  void detach(const PreviewLayer& layer) override;
+  bool inUseElsewhere() const override;
+
+ private:
+  struct Session;
+  std::unique_ptr<Session> session_;
+};
+
+// The pixel buffer of a frame made by MacCamera; not retained, so it lives as
+// long as the frame's image does. Null for a frame without an image.
+CVPixelBufferRef pixelBuffer(const CameraFrame& frame);
+
+#ifdef __OBJC__
+// A preview layer for Capture::attach: it holds one retain of the layer.
+PreviewLayer makePreviewLayer(AVCaptureVideoPreviewLayer* layer);
+#endif
+
+// The system's camera permission for video.
+class MacCameraAccess final : public CameraAccess {
+ public:
+  bool authorized() override;
+  void request(std::function<void(bool granted)> done) override;
+};
+
+}  // namespace sodam
