@@ -1,0 +1,19 @@
+#pragma once
+
+// Made, changed and ordered on the main thread only; it has no callbacks.
+
+#import <AppKit/AppKit.h>
+
+// A click-through window above other applications' windows that joins every
+// space, stays put when spaces change, is skipped by window cycling, shows
+// beside full-screen windows and never takes focus. It sits at the
+// screen-saver level, clear and without shadow, until its owner lowers it.
+// Its owner keeps it alive: closing does not release it.
+@interface SJOverlayWindow : NSWindow
+
+// Covers the whole screen, menu bar and dock included.
++ (instancetype)overlayForScreen:(NSScreen*)screen;
+// Covers the given rectangle, in global screen coordinates.
++ (instancetype)overlayWithFrame:(NSRect)frame;
+
+@end
