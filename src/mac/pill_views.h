@@ -1,0 +1,72 @@
+#pragma once
+
+// Main thread only: the pill's views and layers, drawn and animated by Core
+// Animation.
+
+#import <AppKit/AppKit.h>
+#import <QuartzCore/QuartzCore.h>
+
+#include <optional>
+#include <vector>
+
+#include "alerts/pill_center.h"
+
+// An art that changes while its pill is up: the countdown ring, the
+// breathing dot, the companion's eyes following the user.
+@protocol SJMovingArt <NSObject>
+- (void)advanceTo:(sodam::Date)now gaze:(std::optional<sodam::Point>)gaze;
+@end
+
+// The drawing panel's content. It draws the black capsule, the pill's
+// content, the companion's ears and the speech bubble. Positions come from
+// the model, measured down from the top of the view.
+@interface SJPillStageView : NSView
+- (void)showModel:(const sodam::PillModel&)model
+        animation:(sodam::PillAnimation)animation
+             ears:(int)ears;
+- (void)advanceTo:(sodam::Date)now gaze:(std::optional<sodam::Point>)gaze;
+@end
+
+// Takes the clicks on a pill. The first click counts even while another
+// application is active, and the pointer is a hand over the view.
+@interface SJClickView : NSView
+@property(nonatomic, copy) void (^action)(void);
+@end
+
+namespace sodam {
+
+// Fitting sizes of a pill's content (art and text in a row, or the
+// companion alone) and of its speech bubble.
+Size pillContentSize(const Pill& pill);
+Size sayBubbleSize(const Pill& pill);
+
+// One paragraph of a text block: a single truncated line, or wrapped lines.
+struct TextLine {
+  NSAttributedString* text;
+  bool wraps = false;
+};
+
+NSAttributedString* styledText(NSString* text, NSFont* font, NSColor* color);
+// The size the lines take, one under the other, within the width.
+CGSize textBlockSize(const std::vector<TextLine>& lines, CGFloat maxWidth);
+// Draws the lines into the layer and sizes the layer to fit them.
+void drawTextBlock(CALayer* layer, const std::vector<TextLine>& lines, CGFloat maxWidth,
+                   CGFloat scale);
+// A layer showing a picture drawn once, at the screen's scale.
+CALayer* imageLayer(CGSize size, CGFloat scale, BOOL flipped, void (^draw)(NSRect bounds));
+NSColor* themeNSColor(Theme tint, CGFloat alpha = 1);
+
+// The art of a pill as a layer of `pillArtSize`, with the part that moves
+// (itself, for the moving arts), if any.
+struct PillArtLayer {
+  CALayer* layer;
+  id<SJMovingArt> moving;
+};
+CGSize pillArtSize(const Pill::Art& art);
+PillArtLayer makePillArtLayer(const Pill& pill, CGFloat scale);
+
+// The companion's ears over a capsule of the width: their roots stand on the
+// layer's bottom edge, which goes on the capsule's top edge.
+CALayer* makeEarsLayer(int ears, CGFloat width, CGFloat scale);
+
+}  // namespace sodam
