@@ -1,0 +1,29 @@
+#include "mac/mac_ports.h"
+
+#include "mac/display_height.h"
+#include "mac/mac_calendar.h"
+
+namespace sodam {
+
+AppDelegate::Platform MacPorts::platform(AppShell& shell, Scheduler& scheduler) {
+  return AppDelegate::Platform{camera,
+                               detector,
+                               access,
+                               &glass,
+                               sessionQueue,
+                               frameQueue,
+                               MacLidDevice::open(),
+                               lidQueue,
+                               power,
+                               defaults,
+                               pills,
+                               screens,
+                               overlays,
+                               shell,
+                               clock,
+                               scheduler,
+                               systemCalendar(),
+                               builtInDisplayHeightCm()};
+}
+
+}  // namespace sodam
