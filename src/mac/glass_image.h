@@ -17,9 +17,11 @@ inline GlassImage adoptGlassImage(CGImageRef image) {
   if (!image) return {};
   const Size size{static_cast<double>(CGImageGetWidth(image)),
                   static_cast<double>(CGImageGetHeight(image))};
-  return GlassImage{std::shared_ptr<const void>(image, [](const void* held) {
-                      CGImageRelease(static_cast<CGImageRef>(const_cast<void*>(held)));
-                    }),
+  return GlassImage{std::shared_ptr<const void>(
+                        image,
+                        [](const void* held) {
+                          CGImageRelease(static_cast<CGImageRef>(const_cast<void*>(held)));
+                        }),
                     size};
 }
 
