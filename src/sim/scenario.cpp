@@ -2,7 +2,9 @@
 
 #include <array>
 #include <charconv>
+#include <cctype>
 #include <cmath>
+#include <locale>
 #include <sstream>
 
 #include "support/text.h"
@@ -56,11 +58,17 @@ const FieldRule* findField(std::string_view name) {
   return nullptr;
 }
 
+// Not std::from_chars: the standard library of Apple's toolchain has no
+// floating-point one. The classic locale keeps the decimal point a point.
 std::optional<double> parseNumber(std::string_view text) {
+  if (text.empty() || text.front() == '+' || std::isspace(static_cast<unsigned char>(text.front())))
+    return std::nullopt;
+  std::istringstream in{std::string(text)};
+  in.imbue(std::locale::classic());
   double value = 0;
-  const auto* end = text.data() + text.size();
-  auto [at, error] = std::from_chars(text.data(), end, value);
-  if (error != std::errc() || at != end || !std::isfinite(value)) return std::nullopt;
+  in >> value;
+  if (in.fail() || in.peek() != std::char_traits<char>::eof() || !std::isfinite(value))
+    return std::nullopt;
   return value;
 }
 

@@ -43,6 +43,8 @@ TEST(Scenario, ABadLineIsNamedWithItsField) {
       {"\n09:00 forward=25", "line 2: field \"forward\" must be a number from -5 to 20"},
       {"09:00 forward=abc", "line 1: field \"forward\" must be a number from -5 to 20"},
       {"09:00 forward=nan", "line 1: field \"forward\" must be a number from -5 to 20"},
+      {"09:00 forward=3cm", "line 1: field \"forward\" must be a number from -5 to 20"},
+      {"09:00 forward=+3", "line 1: field \"forward\" must be a number from -5 to 20"},
       {"09:00 forward", "line 1: field \"forward\" needs a value"},
       {"09:00 present=maybe", "line 1: field \"present\" is yes or no"},
       {"09:00 power=solar", "line 1: field \"power\" is mains or battery"},
