@@ -39,6 +39,5 @@ set_target_properties(
              MACOSX_BUNDLE_INFO_PLIST ${CMAKE_SOURCE_DIR}/cmake/Info.plist.in
              MACOSX_BUNDLE_GUI_IDENTIFIER kr.lumenfold.sodamjari
              MACOSX_BUNDLE_BUNDLE_NAME SodamJari
-             MACOSX_BUNDLE_EXECUTABLE_NAME SodamJari
              MACOSX_BUNDLE_SHORT_VERSION_STRING ${PROJECT_VERSION}
              MACOSX_BUNDLE_BUNDLE_VERSION ${PROJECT_VERSION})
