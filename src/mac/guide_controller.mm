@@ -3,12 +3,12 @@
 #import <QuartzCore/QuartzCore.h>
 
 #include <algorithm>
-#include <cmath>
 
 #import "mac/glass_image.h"
 #import "mac/guide_preview.h"
 #import "mac/guide_views.h"
 #import "mac/mac_window_sharing.h"
+#include "mac/pill_geometry.h"
 
 namespace {
 
@@ -19,15 +19,14 @@ constexpr CGFloat pageSlideDistance = 40;
 constexpr CFTimeInterval pageFadeOutSeconds = 0.15;
 constexpr NSTimeInterval progressFrameSeconds = 1.0 / 30;
 
-// A spring given as a response time and a damping fraction, in the terms
-// Core Animation takes: unit mass, stiffness (2π / response)², damping
-// 4π · fraction / response.
+// The step's spring, in the terms Core Animation takes.
 CASpringAnimation* stepSpring(NSString* keyPath) {
-  const double response = sodam::GuideModel::stepSpringResponse;
+  const sodam::SpringParameters parameters = sodam::springParameters(
+      sodam::GuideModel::stepSpringResponse, sodam::GuideModel::stepSpringDamping);
   CASpringAnimation* spring = [CASpringAnimation animationWithKeyPath:keyPath];
-  spring.mass = 1;
-  spring.stiffness = std::pow(2 * M_PI / response, 2);
-  spring.damping = 4 * M_PI * sodam::GuideModel::stepSpringDamping / response;
+  spring.mass = parameters.mass;
+  spring.stiffness = parameters.stiffness;
+  spring.damping = parameters.damping;
   spring.duration = spring.settlingDuration;
   return spring;
 }
