@@ -1,15 +1,10 @@
 #include "app/app_delegate.h"
 
+#include "companion/pill_ears.h"
 #include "support/text.h"
 #include "support/weak_call.h"
 
 namespace sodam {
-
-namespace {
-// The companion's ear styles, until the looks have a home of their own.
-constexpr int pillEarsCases = 13;
-
-}  // namespace
 
 AppDelegate::AppDelegate(Lockdown& lock, Platform platform, AppExtensions extensions)
     : lock_(lock),
@@ -42,7 +37,7 @@ AppDelegate::~AppDelegate() {
 }
 
 void AppDelegate::finishLaunching(bool loginLaunch) {
-  statusItem_.drawn(StatusIcon::Eyes::open, store_.pillEars(pillEarsCases));
+  statusItem_.drawn(StatusIcon::Eyes::open, store_.pillEars(pillEarsCount));
   wire();
   work_.start();
   if (power_.sessionLocked()) {
@@ -127,7 +122,7 @@ StatusFacts AppDelegate::statusFacts() const {
   facts.report = monitor_->report();
   facts.cameraRevoked = capture_.revoked();
   facts.unseenCameraUses = extensions_.unseenCameraUses();
-  facts.ears = store_.pillEars(pillEarsCases);
+  facts.ears = store_.pillEars(pillEarsCount);
   return facts;
 }
 

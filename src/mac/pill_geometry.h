@@ -13,6 +13,7 @@
 #include <string>
 
 #include "alerts/pill_center.h"
+#include "companion/pill_ears.h"
 #include "support/date.h"
 #include "support/geometry.h"
 
@@ -146,30 +147,6 @@ inline std::string minutesAndSeconds(int seconds) {
   char text[16];
   std::snprintf(text, sizeof text, "%d:%02d", seconds / 60, seconds % 60);
   return text;
-}
-
-// The companion's ears in the raw order the settings store.
-enum class CompanionEars {
-  cat,
-  bear,
-  bunny,
-  mouse,
-  hamster,
-  koala,
-  dog,
-  fox,
-  horns,
-  antlers,
-  antenna,
-  unicorn,
-  none,
-};
-inline constexpr int companionEarsCount = 13;
-
-// An unknown raw value draws the first ears, the cat's.
-inline CompanionEars companionEarsFrom(int raw) {
-  return raw >= 0 && raw < companionEarsCount ? static_cast<CompanionEars>(raw)
-                                              : CompanionEars::cat;
 }
 
 // The moving arts are redrawn at most this often.

@@ -10,7 +10,7 @@ namespace sodam {
 
 namespace {
 
-using Ears = CompanionEars;
+using Ears = PillEars;
 
 // Every ear is described as the right one, standing on the origin, one unit
 // tall, x pointing away from the face and y up; the placement's transform
@@ -177,7 +177,7 @@ void drawIcon(CGContextRef context, StatusIcon::Eyes eyes, int ears) {
 
 CFHolder<CGPathRef> companionEarsPath(int ears, EarPlacement placement) {
   Outline outline;
-  const Ears kind = companionEarsFrom(ears);
+  const Ears kind = pillEarsFrom(ears);
   const CGFloat h = placement.height;
   const CGAffineTransform atTop =
       CGAffineTransformMakeTranslation(placement.headTop.x, placement.headTop.y);

@@ -85,18 +85,6 @@ TEST(PillGeometryTest, BreathingTimeReadsAsMinutesAndSeconds) {
   }
 }
 
-TEST(PillGeometryTest, EarsFollowTheStoredRawOrderAndFallBackToTheCat) {
-  for (auto [raw, ears] : {std::pair{0, CompanionEars::cat},
-                           {2, CompanionEars::bunny},
-                           {8, CompanionEars::horns},
-                           {11, CompanionEars::unicorn},
-                           {12, CompanionEars::none},
-                           {13, CompanionEars::cat},
-                           {-1, CompanionEars::cat}}) {
-    EXPECT_EQ(companionEarsFrom(raw), ears) << raw;
-  }
-}
-
 TEST(PillGeometryTest, SpringsKeepTheirResponseAndDampingRatio) {
   // Core Animation knows only mass, stiffness and damping: the conversion
   // must give back the swing time and the damping ratio the pill asked for.
