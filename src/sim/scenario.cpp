@@ -1,8 +1,8 @@
 #include "sim/scenario.h"
 
 #include <array>
-#include <charconv>
 #include <cctype>
+#include <charconv>
 #include <cmath>
 #include <locale>
 #include <sstream>
