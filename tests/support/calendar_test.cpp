@@ -6,16 +6,13 @@
 #include <cmath>
 #include <fstream>
 #include <limits>
+#include "support/utc_dates.h"
 
 namespace sodam {
 namespace {
 
-constexpr int hourSeconds = 3600;
-
-Date utc(int year, int month, int day, int hour = 0, int minute = 0, int second = 0) {
-  return Date::fromUnix(static_cast<double>(daysFromCivil(year, month, day) * 86400 + hour * 3600 +
-                                            minute * 60 + second));
-}
+using utc_dates::hourSeconds;
+using utc_dates::utc;
 
 const Calendar seoul{TimeZone::fixed(9 * hourSeconds)};
 

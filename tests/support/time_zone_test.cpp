@@ -7,16 +7,13 @@
 #include <vector>
 
 #include "support/calendar.h"
+#include "support/utc_dates.h"
 
 namespace sodam {
 namespace {
 
-constexpr int hourSeconds = 3600;
-
-Date utc(int year, int month, int day, int hour = 0, int minute = 0, int second = 0) {
-  return Date::fromUnix(static_cast<double>(daysFromCivil(year, month, day) * 86400 + hour * 3600 +
-                                            minute * 60 + second));
-}
+using utc_dates::hourSeconds;
+using utc_dates::utc;
 
 // Lays out a zone file as the zone compiler does. The 32-bit block holds one
 // type of +7 h and no transitions, so a reader that wrongly uses it shows.
