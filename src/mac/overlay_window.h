@@ -4,6 +4,14 @@
 
 #import <AppKit/AppKit.h>
 
+// Joins every space, stays put when spaces change, is skipped by window
+// cycling and shows beside full-screen windows: the alert windows and the
+// pill's panels all float this way.
+inline constexpr NSWindowCollectionBehavior SJOnEverySpace =
+    NSWindowCollectionBehaviorCanJoinAllSpaces | NSWindowCollectionBehaviorStationary |
+    NSWindowCollectionBehaviorIgnoresCycle | NSWindowCollectionBehaviorFullScreenAuxiliary;
+static_assert(SJOnEverySpace == 337);
+
 // A click-through window above other applications' windows that joins every
 // space, stays put when spaces change, is skipped by window cycling, shows
 // beside full-screen windows and never takes focus. It sits at the

@@ -2,15 +2,6 @@
 
 #include <CoreGraphics/CoreGraphics.h>
 
-namespace {
-
-constexpr NSWindowCollectionBehavior overlayBehavior =
-    NSWindowCollectionBehaviorCanJoinAllSpaces | NSWindowCollectionBehaviorStationary |
-    NSWindowCollectionBehaviorIgnoresCycle | NSWindowCollectionBehaviorFullScreenAuxiliary;
-static_assert(overlayBehavior == 337);
-
-}  // namespace
-
 @implementation SJOverlayWindow
 
 + (instancetype)overlayForScreen:(NSScreen*)screen {
@@ -30,7 +21,7 @@ static_assert(overlayBehavior == 337);
   window.hasShadow = NO;
   window.ignoresMouseEvents = YES;
   window.releasedWhenClosed = NO;
-  window.collectionBehavior = overlayBehavior;
+  window.collectionBehavior = SJOnEverySpace;
   return window;
 }
 

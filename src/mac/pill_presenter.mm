@@ -3,6 +3,7 @@
 #import <AppKit/AppKit.h>
 #include <CoreFoundation/CoreFoundation.h>
 
+#include "mac/overlay_window.h"
 #include "mac/pill_geometry.h"
 #include "mac/pill_views.h"
 
@@ -13,13 +14,6 @@ namespace {
 // The drawing panel sits at the status bar's level, the catcher just above.
 constexpr NSWindowLevel drawingLevel = 25;
 constexpr NSWindowLevel catcherLevel = 26;
-
-// On every space, fixed during space changes, out of the window cycle and
-// beside full-screen windows.
-constexpr NSWindowCollectionBehavior onEverySpace =
-    NSWindowCollectionBehaviorCanJoinAllSpaces | NSWindowCollectionBehaviorStationary |
-    NSWindowCollectionBehaviorIgnoresCycle | NSWindowCollectionBehaviorFullScreenAuxiliary;
-static_assert(onEverySpace == 337);
 
 // Nearly transparent, yet the window server still delivers clicks to it.
 constexpr CGFloat catcherAlpha = 0.001;
@@ -40,7 +34,7 @@ NSPanel* makePanel(NSWindowLevel level) {
   panel.opaque = NO;
   panel.hasShadow = NO;
   panel.releasedWhenClosed = NO;
-  panel.collectionBehavior = onEverySpace;
+  panel.collectionBehavior = SJOnEverySpace;
   // The application is never active, so a panel hiding on deactivation
   // would never show.
   panel.hidesOnDeactivate = NO;
