@@ -5,6 +5,7 @@
 #include <string>
 
 #include "app/app_delegate.h"
+#include "companion/pill_ears.h"
 #include "mac/guide_controller.h"
 #include "mac/mac_ports.h"
 #include "mac/mac_window_sharing.h"
@@ -113,7 +114,7 @@ using namespace sodam;
   AppDelegate& core = _app->core;
   Clock& clock = _app->ports.clock;
   _app->ports.pills.onCatcherClick = [&core] { core.pills().click(); };
-  _app->ports.pills.ears = [&core] { return core.statusFacts().ears; };
+  _app->ports.pills.ears = [&core] { return core.store().pillEars(pillEarsCount); };
   _app->ports.pills.gaze = [&core, &clock] { return core.buddySight().current(clock.now()); };
 }
 
@@ -131,7 +132,8 @@ using namespace sodam;
   _statusItem = [NSStatusBar.systemStatusBar statusItemWithLength:NSSquareStatusItemLength];
   _statusItem.menu = _quickMenu;
   // The core counts this first face as drawn when the launch finishes.
-  _statusItem.button.image = statusIconImage(StatusIcon::Eyes::open, _app->core.statusFacts().ears);
+  _statusItem.button.image =
+      statusIconImage(StatusIcon::Eyes::open, _app->core.store().pillEars(pillEarsCount));
 }
 
 - (BOOL)applicationShouldHandleReopen:(NSApplication*)sender hasVisibleWindows:(BOOL)visible {
