@@ -66,24 +66,27 @@ void GuideModel::allowCamera() {
     next();
     return;
   }
-  ports_.feed.requestAccess(weakCall(self_, [](GuideModel& g, bool granted) {
-    if (granted) {
-      g.next();
-    } else if (g.ports_.openUrl) {
-      g.ports_.openUrl(cameraSettingsUrl);
-    }
-  }));
+  requestCamera([](GuideModel& g) { g.next(); });
 }
 
 void GuideModel::askCamera() {
-  ports_.feed.requestAccess(weakCall(self_, [](GuideModel& g, bool granted) {
-    if (granted) {
-      g.syncCamera();
-      g.announce();
-    } else if (g.ports_.openUrl) {
-      g.ports_.openUrl(cameraSettingsUrl);
-    }
-  }));
+  requestCamera([](GuideModel& g) {
+    g.syncCamera();
+    g.announce();
+  });
+}
+
+// Camera access refused is answered by opening the system's settings for it,
+// not with a message.
+void GuideModel::requestCamera(std::function<void(GuideModel&)> granted) {
+  ports_.feed.requestAccess(
+      weakCall(self_, [granted = std::move(granted)](GuideModel& g, bool allowed) {
+        if (allowed) {
+          granted(g);
+        } else if (g.ports_.openUrl) {
+          g.ports_.openUrl(cameraSettingsUrl);
+        }
+      }));
 }
 
 void GuideModel::startLearning() {

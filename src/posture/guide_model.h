@@ -91,6 +91,7 @@ class GuideModel {
   void close();
 
  private:
+  void requestCamera(std::function<void(GuideModel&)> granted);
   void count(int n);
   void gather(const std::optional<Measurement>& m);
   void finishLearning();
