@@ -71,7 +71,7 @@ int weekdayFromDays(std::int64_t days) {
 }
 
 std::int64_t wholeUnixSeconds(Date date) {
-  const double unix = date.unix();
+  const double unix = date.unixSeconds();
   if (std::isnan(unix)) return static_cast<std::int64_t>(Date::unixOffset);
   const double bound = static_cast<double>(supportedSeconds);
   return static_cast<std::int64_t>(std::floor(std::clamp(unix, -bound, bound)));
@@ -203,7 +203,7 @@ int Calendar::yearForWeekOfYear(Date date) const {
 }
 
 std::optional<Date> Calendar::addingDays(Date date, int days) const {
-  const double unix = date.unix();
+  const double unix = date.unixSeconds();
   if (!(std::fabs(unix) <= static_cast<double>(supportedSeconds))) return std::nullopt;
   // Adding nothing keeps the moment even when its wall-clock time repeats.
   if (days == 0) return date;

@@ -12,12 +12,12 @@ struct Date {
   // Seconds between the Unix epoch and the reference date.
   static constexpr double unixOffset = 978307200.0;
 
-  static constexpr Date fromUnix(double unixSeconds) { return Date{unixSeconds - unixOffset}; }
+  static constexpr Date fromUnix(double seconds) { return Date{seconds - unixOffset}; }
   // The platform's "distant past" (year 1 of the Julian calendar): earlier
   // than any real event, so "never" compares below every date.
   static constexpr Date distantPast() { return Date{-63114076800.0}; }
 
-  constexpr double unix() const { return sinceReference + unixOffset; }
+  constexpr double unixSeconds() const { return sinceReference + unixOffset; }
 
   constexpr Date operator+(double seconds) const { return Date{sinceReference + seconds}; }
   constexpr Date operator-(double seconds) const { return Date{sinceReference - seconds}; }
