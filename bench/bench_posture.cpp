@@ -8,9 +8,11 @@
 #include <numbers>
 #include <vector>
 
+#include "platform/sensitivity.h"
 #include "posture/baseline.h"
-#include "posture/evaluation.h"
 #include "posture/measurement.h"
+#include "posture/metrics.h"
+#include "posture/reading.h"
 
 namespace sodam {
 namespace {

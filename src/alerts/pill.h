@@ -6,7 +6,7 @@
 
 #include "alerts/theme.h"
 #include "companion/mood.h"
-#include "posture/evaluation.h"
+#include "posture/issue_kind.h"
 #include "support/date.h"
 
 namespace sodam {

@@ -13,7 +13,7 @@ AppDelegate::AppDelegate(Lockdown& lock, Platform platform, AppExtensions extens
       scheduler_(platform.scheduler),
       calendar_(platform.calendar),
       extensions_(std::move(extensions)),
-      self_(std::make_shared<AppDelegate*>(this)),
+      self_(lifeToken(this)),
       store_(platform.defaults, platform.clock, calendar_),
       power_(platform.power),
       capture_({platform.camera, platform.detector, platform.access, platform.glass,
@@ -25,8 +25,9 @@ AppDelegate::AppDelegate(Lockdown& lock, Platform platform, AppExtensions extens
       blur_(platform.overlays, platform.scheduler, platform.clock),
       log_(platform.defaults, platform.clock, calendar_),
       work_(platform.defaults, store_, power_, platform.scheduler, platform.clock, calendar_),
-      monitor_(std::make_unique<Monitor>(Monitor::Ports{frames_, lid_, log_, store_, power_, work_,
-                                                        platform.clock, platform.scheduler})),
+      monitor_(
+          std::make_unique<Monitor>(Monitor::Ports{frames_, lid_, log_, store_, platform.defaults,
+                                                   power_, platform.clock, platform.scheduler})),
       feed_(capture_, lid_, platform.clock) {
   monitor_->displayHeightCm = platform.displayHeightCm;
 }
@@ -65,7 +66,7 @@ void AppDelegate::finishLaunching(bool loginLaunch) {
 
 void AppDelegate::wire() {
   capture_.onStateChange = weakCall(self_, [](AppDelegate& app, bool) { app.refresh(); });
-  monitor_->onChange = weakCall(self_, [](AppDelegate& app) { app.refresh(); });
+  monitor_->onChange.subscribe(weakCall(self_, [](AppDelegate& app) { app.refresh(); }));
   monitor_->onAlert = weakCall(self_, [](AppDelegate& app, const std::optional<Issue>& issue,
                                          bool corrected) { app.alert(issue, corrected); });
   monitor_->onSeverity =
@@ -79,14 +80,12 @@ void AppDelegate::wire() {
   monitor_->onFrame =
       weakCall(self_, [](AppDelegate& app, const std::optional<Measurement>& m,
                          const std::optional<Metrics>& metrics) { app.buddyLooks(m, metrics); });
-  monitor_->canRelearn = [weak = std::weak_ptr<AppDelegate*>(self_)] {
-    auto alive = weak.lock();
-    return alive && *alive && (*alive)->canRelearn();
-  };
-  work_.canNudge = [weak = std::weak_ptr<AppDelegate*>(self_)] {
-    auto alive = weak.lock();
-    return alive && *alive && (*alive)->canNudge();
-  };
+  monitor_->canRelearn = weakAsk(self_, false, [](AppDelegate& app) { return app.canRelearn(); });
+  monitor_->onPresence =
+      weakCall(self_, [](AppDelegate& app, bool present) { app.work_.observed(present); });
+  monitor_->onStretched =
+      weakCall(self_, [](AppDelegate& app) { app.work_.rested(WorkLife::RestKind::stretch); });
+  work_.canNudge = weakAsk(self_, false, [](AppDelegate& app) { return app.canNudge(); });
   work_.onNudge = weakCall(self_, [](AppDelegate& app, const WorkLife::Nudge& n) { app.nudge(n); });
 }
 

@@ -14,6 +14,7 @@
 #include "app/status_item.h"
 #include "companion/buddy_sight.h"
 #include "companion/mate_state.h"
+#include "platform/alert_style.h"
 #include "platform/lid_sensor.h"
 #include "platform/lockdown.h"
 #include "platform/power.h"
@@ -21,10 +22,13 @@
 #include "posture/capture.h"
 #include "posture/capture_frame_source.h"
 #include "posture/guide_model.h"
+#include "posture/issue_kind.h"
 #include "posture/live_feed.h"
+#include "posture/metrics.h"
 #include "posture/monitor.h"
 #include "posture/posture_log.h"
 #include "support/calendar.h"
+#include "support/weak_call.h"
 #include "worklife/work_life.h"
 
 namespace sodam {
@@ -172,7 +176,7 @@ class AppDelegate {
   Scheduler& scheduler_;
   Calendar calendar_;
   AppExtensions extensions_;
-  std::shared_ptr<AppDelegate*> self_;
+  LifeToken<AppDelegate> self_;
 
   Store store_;
   Power power_;

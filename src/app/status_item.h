@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "posture/alert_style.h"
+#include "platform/check_mode.h"
 #include "posture/monitor.h"
 
 namespace sodam {

@@ -54,6 +54,7 @@ BOOL reduceMotion() {
   sodam::LiveFeed* _feed;
   sodam::CaptureShield* _shield;
   sodam::ChangeSignal::Token _subscription;
+  sodam::ChangeSignal::Token _feedSubscription;
   NSWindow* _window;
   SJGuidePage* _page;
   // Over the preview while the camera is not allowed: a guide opened
@@ -82,10 +83,9 @@ BOOL reduceMotion() {
   _window = [self makeWindow];
 
   __weak SJGuideController* weakSelf = self;
-  _subscription = model.changed.subscribe([weakSelf] { [weakSelf modelChanged]; });
-  feed.onChange = [weakSelf](sodam::LiveFeed::Property property) {
-    [weakSelf feedChanged:property];
-  };
+  _subscription = model.onChange.subscribe([weakSelf] { [weakSelf modelChanged]; });
+  _feedSubscription = feed.onChange.subscribe(
+      [weakSelf](sodam::LiveFeed::Property property) { [weakSelf feedChanged:property]; });
 
   [self showStep:model.step() animated:NO];
   [self modelChanged];
@@ -120,8 +120,8 @@ BOOL reduceMotion() {
 - (void)close {
   if (!_model) return;
   [self stopProgress];
-  _model->changed.unsubscribe(_subscription);
-  _feed->onChange = nullptr;
+  _model->onChange.unsubscribe(_subscription);
+  _feed->onChange.unsubscribe(_feedSubscription);
   [self shieldWindow:NO];
   _model = nullptr;
   _feed = nullptr;

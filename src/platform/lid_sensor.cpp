@@ -17,6 +17,7 @@ LidSensor::LidSensor(std::unique_ptr<LidDevice> device, SerialQueue& queue, Sche
     : device_(std::move(device)), queue_(queue), main_(main) {}
 
 LidSensor::~LidSensor() {
+  *self_ = nullptr;
   queue_.sync([] {});
 }
 
@@ -29,16 +30,13 @@ std::optional<double> LidSensor::angle() {
 }
 
 void LidSensor::read(std::function<void(std::optional<double>)> done) {
-  std::weak_ptr<bool> alive = alive_;
-  Scheduler* main = &main_;
-  queue_.async([this, alive, main, done = std::move(done)]() mutable {
-    if (alive.expired()) return;
-    auto degrees = angle();
-    // The answer crosses to the main thread as a value; a sensor gone by
-    // then answers nobody.
-    main->post([alive, degrees, done = std::move(done)] {
-      if (!alive.expired()) done(degrees);
-    });
+  // The answer crosses to the main thread as a value; a sensor gone by then
+  // answers nobody. The destructor waits for the queue, so the read itself
+  // always finds the device.
+  auto answer = weakCall(self_, [done = std::move(done)](
+                                    LidSensor&, std::optional<double> degrees) { done(degrees); });
+  queue_.async([this, answer = std::move(answer)] {
+    main_.post([answer, degrees = angle()] { answer(degrees); });
   });
 }
 

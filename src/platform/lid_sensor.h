@@ -9,6 +9,7 @@
 
 #include "support/scheduler.h"
 #include "support/serial_queue.h"
+#include "support/weak_call.h"
 
 namespace sodam {
 
@@ -44,7 +45,7 @@ class LidSensor {
   std::unique_ptr<LidDevice> device_;
   SerialQueue& queue_;
   Scheduler& main_;
-  std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
+  LifeToken<LidSensor> self_ = lifeToken(this);
 };
 
 }  // namespace sodam

@@ -229,23 +229,6 @@ void Store::setNotifyCamera(bool value) {
   defaults_.setBool(StoreKey::notifyCamera, value);
 }
 
-std::optional<Baseline> Store::baseline() const {
-  auto json = defaults_.jsonData(StoreKey::baseline);
-  if (!json) return std::nullopt;
-  auto decoded = Baseline::fromJson(*json);
-  // A change of format sends the user back to learning; nothing is migrated.
-  if (!decoded || decoded->version != Baseline::currentVersion) return std::nullopt;
-  return decoded;
-}
-
-void Store::setBaseline(const std::optional<Baseline>& value) {
-  if (!value) {
-    defaults_.remove(StoreKey::baseline);
-    return;
-  }
-  defaults_.setJsonData(StoreKey::baseline, value->toJson());
-}
-
 nlohmann::json Store::watchEvents() const {
   auto json = defaults_.jsonData(StoreKey::watchEvents);
   if (!json || !json->is_array()) return nlohmann::json::array();

@@ -8,10 +8,10 @@
 
 #include <nlohmann/json_fwd.hpp>
 
+#include "platform/alert_style.h"
+#include "platform/check_mode.h"
 #include "platform/defaults.h"
-#include "posture/alert_style.h"
-#include "posture/baseline.h"
-#include "posture/evaluation.h"
+#include "platform/sensitivity.h"
 #include "support/calendar.h"
 #include "support/clock.h"
 
@@ -137,11 +137,6 @@ class Store {
   void setSharePlace(bool value);
   bool notifyCamera() const;
   void setNotifyCamera(bool value);
-
-  // A baseline of another format version reads as none; its data stays
-  // until a new baseline replaces it. No baseline clears the key.
-  std::optional<Baseline> baseline() const;
-  void setBaseline(const std::optional<Baseline>& value);
 
   // The camera-use records as a JSON array whose elements the camera watch
   // codes itself; empty when absent or unreadable. Anything but an array, or

@@ -2,6 +2,7 @@
 
 #include <cmath>
 
+#include "posture/body3d.h"
 #include "posture/spine_helpers.h"
 #include "support/numeric.h"
 #include "support/text.h"

@@ -11,14 +11,6 @@
 
 namespace sodam {
 
-// The hinge-to-camera distance of the built-in display.
-namespace LidGeometry {
-inline constexpr double defaultDisplayHeightCm = 19.6;
-// displayHeightCm: the physical height of the built-in screen, when the
-// platform knows it.
-double length(std::optional<double> displayHeightCm = std::nullopt);
-}  // namespace LidGeometry
-
 // This user's good posture at this desk, learned from a few seconds of frames.
 struct Baseline {
   struct Gaze {
@@ -83,17 +75,6 @@ struct Baseline {
   nlohmann::json toJson() const;
 
   bool operator==(const Baseline&) const = default;
-};
-
-// Whether the frames say the screen or the chair moved, and whether the
-// baseline may simply follow.
-struct SetupShift {
-  bool strong = false;
-  bool fixable = false;
-
-  static std::optional<SetupShift> check(const std::vector<Measurement>& frames,
-                                         const Baseline& base, std::optional<double> lid);
-  bool operator==(const SetupShift&) const = default;
 };
 
 }  // namespace sodam

@@ -1,6 +1,7 @@
+#include "posture/body3d.h"
+
 #include <cmath>
 
-#include "posture/measurement.h"
 #include "posture/spine_helpers.h"
 #include "support/numeric.h"
 

@@ -14,7 +14,7 @@ constexpr double pacingSlackSeconds = 1e-6;
 Capture::Capture(Ports ports) : ports_(ports) {}
 
 Capture::~Capture() {
-  *alive_ = false;
+  *self_ = nullptr;
   ports_.sessionQueue.sync([this] { ports_.device.stopRunning(); });
   ports_.frameQueue.sync([] {});
 }
@@ -30,14 +30,15 @@ bool Capture::authorized() {
 }
 
 void Capture::authorize(std::function<void(bool)> completion) {
-  std::weak_ptr<bool> alive = alive_;
+  // The completion is told even when the capture is gone by then.
+  auto remember = weakCall(self_, [](Capture& capture, bool granted) {
+    capture.authorizedAnswer_ = granted;
+    capture.authorizedAt_ = capture.ports_.clock.now();
+  });
   ports_.access.request(
-      [this, alive, completion = std::move(completion), &main = ports_.main](bool granted) mutable {
-        main.post([this, alive, completion = std::move(completion), granted] {
-          if (auto token = alive.lock(); token && *token) {
-            authorizedAnswer_ = granted;
-            authorizedAt_ = ports_.clock.now();
-          }
+      [remember, completion = std::move(completion), &main = ports_.main](bool granted) mutable {
+        main.post([remember, completion = std::move(completion), granted] {
+          remember(granted);
           if (completion) completion(granted);
         });
       });
@@ -46,28 +47,30 @@ void Capture::authorize(std::function<void(bool)> completion) {
 void Capture::start() {
   if (revoked_ || running_) return;
   running_ = true;
-  ports_.sessionQueue.async([this] { beginSession(); });
+  ports_.sessionQueue.async([this, announce = stateAnnouncer(true)] { beginSession(announce); });
 }
 
-void Capture::beginSession() {
+// The state change is told on the main thread, and only while the capture
+// lives; the announcer is made there, before the queue runs the work.
+std::function<void()> Capture::stateAnnouncer(bool running) {
+  return weakCall(self_, [running](Capture& capture) {
+    if (capture.onStateChange) capture.onStateChange(running);
+  });
+}
+
+void Capture::beginSession(const std::function<void()>& announce) {
   if (!configured_) configured_ = ports_.device.configure();
   // Unconfigured, the session runs without frames and the monitor's
   // watchdog notices.
   if (configured_) ports_.device.startRunning([this](CameraFrame frame) { receive(frame); });
-  std::weak_ptr<bool> alive = alive_;
-  ports_.main.post([this, alive] {
-    if (auto token = alive.lock(); token && *token && onStateChange) onStateChange(true);
-  });
+  ports_.main.post(announce);
 }
 
 void Capture::stop() {
   running_ = false;
-  std::weak_ptr<bool> alive = alive_;
-  ports_.sessionQueue.async([this, alive] {
+  ports_.sessionQueue.async([this, announce = stateAnnouncer(false)] {
     ports_.device.stopRunning();
-    ports_.main.post([this, alive] {
-      if (auto token = alive.lock(); token && *token && onStateChange) onStateChange(false);
-    });
+    ports_.main.post(announce);
   });
 }
 
@@ -115,10 +118,9 @@ void Capture::process(const CameraFrame& frame) {
   Delivery delivery{std::move(result.measurement), std::move(result.side), std::nullopt,
                     reader_.lastShoulders() ? reader_.lastShoulders()->top : std::nullopt};
   if (now.glass && ports_.glass) delivery.glass = ports_.glass->render(frame, *now.glass);
-  std::weak_ptr<bool> alive = alive_;
-  ports_.main.post([this, alive, delivery = std::move(delivery)]() mutable {
-    if (auto token = alive.lock(); token && *token) deliver(std::move(delivery));
-  });
+  ports_.main.post([deliver = weakCall(self_, [](Capture& capture,
+                                                 Delivery& d) { capture.deliver(std::move(d)); }),
+                    delivery = std::move(delivery)]() mutable { deliver(delivery); });
 }
 
 // Handlers are read here, at delivery, so one cleared meanwhile gets nothing.

@@ -9,9 +9,11 @@
 #include "posture/detections.h"
 #include "posture/measurement.h"
 #include "posture/pose_reader.h"
+#include "posture/side_body.h"
 #include "support/clock.h"
 #include "support/scheduler.h"
 #include "support/serial_queue.h"
+#include "support/weak_call.h"
 
 namespace sodam {
 
@@ -157,13 +159,14 @@ class Capture {
   };
 
   Settings settings() const;
-  void beginSession();
+  std::function<void()> stateAnnouncer(bool running);
+  void beginSession(const std::function<void()>& announce);
   void receive(CameraFrame frame);
   void process(const CameraFrame& frame);
   void deliver(Delivery delivery);
 
   Ports ports_;
-  std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
+  LifeToken<Capture> self_ = lifeToken(this);
 
   // Main thread.
   bool running_ = false;

@@ -1,3 +1,5 @@
+#include "posture/face_pitch.h"
+
 #include <cmath>
 #include <limits>
 

@@ -10,8 +10,8 @@
 #include "posture/baseline.h"
 #include "posture/live_feed.h"
 #include "posture/monitor.h"
-#include "support/change_signal.h"
 #include "support/scheduler.h"
+#include "support/signal.h"
 
 namespace sodam {
 
@@ -66,7 +66,7 @@ class GuideModel {
   GuideModel(const GuideModel&) = delete;
   GuideModel& operator=(const GuideModel&) = delete;
 
-  ChangeSignal changed;
+  ChangeSignal onChange;
 
   Step step() const { return step_; }
   const Learn& learn() const { return learn_; }
@@ -97,7 +97,7 @@ class GuideModel {
   void finishLearning();
   void adopt(Baseline baseline);
   void setLearn(Learn learn);
-  void announce() { changed.notify(); }
+  void announce() { onChange.notify(); }
 
   Ports ports_;
   std::function<void()> close_;

@@ -1,20 +1,10 @@
 #include <array>
 
-#include "posture/evaluation.h"
+#include "posture/issue_kind.h"
 
 namespace sodam {
 
 namespace {
-struct SensitivityText {
-  double factor;
-  std::string_view title;
-};
-constexpr std::array<SensitivityText, 3> sensitivities{{
-    {0.75, "예민하게"},
-    {1.0, "보통"},
-    {1.35, "여유 있게"},
-}};
-
 struct KindText {
   std::string_view raw;
   std::string_view title;
@@ -32,19 +22,6 @@ constexpr std::array<KindText, IssueKind::count> kinds{{
     {"tooClose", "화면과 너무 가까움", "화면에서 조금 물러나요", "eye.fill"},
 }};
 }  // namespace
-
-std::optional<Sensitivity> Sensitivity::fromRaw(int raw) {
-  if (raw < strict || raw > relaxed) return std::nullopt;
-  return Sensitivity(static_cast<Value>(raw));
-}
-
-double Sensitivity::factor() const {
-  return sensitivities[value_].factor;
-}
-
-std::string_view Sensitivity::title() const {
-  return sensitivities[value_].title;
-}
 
 std::optional<IssueKind> IssueKind::fromRaw(std::string_view raw) {
   for (int i = 0; i < count; ++i)

@@ -48,7 +48,7 @@ LiveFeed::LiveFeed(Capture& capture, LidSensor& lidSensor, Clock& clock)
 // Leaves the capture without handlers that point here; the views are gone
 // by now and hear nothing.
 LiveFeed::~LiveFeed() {
-  *alive_ = false;
+  *self_ = nullptr;
   if (!running_) return;
   capture_.onMeasurement = nullptr;
   capture_.onSide = nullptr;
@@ -58,25 +58,17 @@ LiveFeed::~LiveFeed() {
 
 void LiveFeed::start(double interval, bool arms) {
   if (!authorized_) return;
-  std::weak_ptr<bool> alive = alive_;
-  auto live = [alive] {
-    auto token = alive.lock();
-    return token && *token;
-  };
   capture_.setFrameInterval(interval);
-  capture_.onMeasurement = [this, live](std::optional<Measurement> m) {
-    if (live()) handle(std::move(m));
-  };
-  capture_.onSide = [this, live](std::optional<SideBody> side) {
-    if (!live()) return;
-    side_ = std::move(side);
-    changed(Property::side);
-  };
-  capture_.onGlass = [this, live](std::optional<GlassImage> image) {
-    if (!live()) return;
-    glass_ = std::move(image);
-    changed(Property::glass);
-  };
+  capture_.onMeasurement = weakCall(
+      self_, [](LiveFeed& feed, std::optional<Measurement>& m) { feed.handle(std::move(m)); });
+  capture_.onSide = weakCall(self_, [](LiveFeed& feed, std::optional<SideBody>& side) {
+    feed.side_ = std::move(side);
+    feed.changed(Property::side);
+  });
+  capture_.onGlass = weakCall(self_, [](LiveFeed& feed, std::optional<GlassImage>& image) {
+    feed.glass_ = std::move(image);
+    feed.changed(Property::glass);
+  });
   capture_.setGlassRadius(wantsGlass ? std::optional<double>(startingGlassRadius) : std::nullopt);
   capture_.setTrackArms(arms);
   capture_.start();
@@ -107,12 +99,13 @@ void LiveFeed::stop() {
 }
 
 void LiveFeed::requestAccess(std::function<void(bool)> completion) {
-  std::weak_ptr<bool> alive = alive_;
-  capture_.authorize([this, alive, completion = std::move(completion)](bool granted) {
-    if (auto token = alive.lock(); token && *token) {
-      authorized_ = granted;
-      changed(Property::authorized);
-    }
+  // The completion is told even when the feed is gone by then.
+  auto remember = weakCall(self_, [](LiveFeed& feed, bool granted) {
+    feed.authorized_ = granted;
+    feed.changed(Property::authorized);
+  });
+  capture_.authorize([remember, completion = std::move(completion)](bool granted) {
+    remember(granted);
     if (completion) completion(granted);
   });
 }
@@ -174,17 +167,14 @@ void LiveFeed::updateHint() {
 
 void LiveFeed::readLid() {
   lidReadAt_ = clock_.now();
-  std::weak_ptr<bool> alive = alive_;
-  lidSensor_.read([this, alive](std::optional<double> angle) {
-    auto token = alive.lock();
-    if (!token || !*token) return;
-    lid_ = angle;
-    changed(Property::lid);
-  });
+  lidSensor_.read(weakCall(self_, [](LiveFeed& feed, std::optional<double> angle) {
+    feed.lid_ = angle;
+    feed.changed(Property::lid);
+  }));
 }
 
 void LiveFeed::changed(Property property) {
-  if (onChange) onChange(property);
+  onChange.notify(property);
 }
 
 }  // namespace sodam

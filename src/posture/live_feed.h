@@ -9,7 +9,10 @@
 #include "platform/lid_sensor.h"
 #include "posture/capture.h"
 #include "posture/measurement.h"
+#include "posture/side_body.h"
 #include "support/clock.h"
+#include "support/signal.h"
+#include "support/weak_call.h"
 
 namespace sodam {
 
@@ -40,7 +43,7 @@ class LiveFeed {
   LiveFeed(const LiveFeed&) = delete;
   LiveFeed& operator=(const LiveFeed&) = delete;
 
-  std::function<void(Property)> onChange;
+  Signal<Property> onChange;
   std::function<void(std::optional<Measurement>)> onMeasure;
   // Whether the views show the glass picture; set before start.
   bool wantsGlass = false;
@@ -76,7 +79,7 @@ class LiveFeed {
   Capture& capture_;
   LidSensor& lidSensor_;
   Clock& clock_;
-  std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
+  LifeToken<LiveFeed> self_ = lifeToken(this);
 
   std::optional<Measurement> measurement_;
   std::optional<double> lid_;

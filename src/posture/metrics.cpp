@@ -1,7 +1,11 @@
+#include "posture/metrics.h"
+
 #include <algorithm>
 #include <cmath>
 
-#include "posture/evaluation.h"
+#include "posture/body3d.h"
+#include "posture/face_pitch.h"
+#include "posture/lid_geometry.h"
 #include "posture/spine_helpers.h"
 #include "support/numeric.h"
 

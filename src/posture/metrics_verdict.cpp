@@ -1,7 +1,8 @@
+#include "posture/metrics.h"
+
 #include <algorithm>
 #include <cmath>
 
-#include "posture/evaluation.h"
 #include "posture/spine_helpers.h"
 #include "support/numeric.h"
 #include "support/text.h"

@@ -2,10 +2,10 @@
 
 #include <cmath>
 
+#include "posture/baseline_store.h"
 #include "posture/posture_log.h"
 #include "support/text.h"
 #include "support/weak_call.h"
-#include "worklife/work_life.h"
 
 namespace sodam {
 
@@ -22,12 +22,12 @@ Monitor::Monitor(Ports ports)
       lid_(ports.lid),
       log_(ports.log),
       store_(ports.store),
+      defaults_(ports.defaults),
       power_(ports.power),
-      workLife_(ports.workLife),
       clock_(ports.clock),
       scheduler_(ports.scheduler),
-      self_(std::make_shared<Monitor*>(this)),
-      baseline_(ports.store.baseline()) {}
+      self_(lifeToken(this)),
+      baseline_(BaselineStore::read(ports.defaults)) {}
 
 Monitor::~Monitor() {
   *self_ = nullptr;
@@ -35,8 +35,7 @@ Monitor::~Monitor() {
 }
 
 void Monitor::announce() {
-  changed.notify();
-  if (onChange) onChange();
+  onChange.notify();
 }
 
 bool Monitor::enabled() const {
@@ -60,7 +59,7 @@ void Monitor::setBaseline(std::optional<Baseline> baseline) {
 }
 
 void Monitor::storeBaseline() {
-  store_.setBaseline(baseline_);
+  BaselineStore::write(defaults_, baseline_);
 }
 
 Sensitivity Monitor::sensitivity() const {
@@ -122,7 +121,11 @@ void Monitor::modeChanged() {
 }
 
 void Monitor::stretched() {
-  workLife_.rested(WorkLife::RestKind::stretch);
+  if (onStretched) onStretched();
+}
+
+void Monitor::observed(bool present) {
+  if (onPresence) onPresence(present);
 }
 
 void Monitor::halt() {
@@ -293,31 +296,31 @@ void Monitor::track(const Outcome& outcome) {
   switch (kind) {
     case Kind::alerted:
       goodStreak_ = 0;
-      workLife_.observed(true);
+      observed(true);
       break;
     case Kind::good:
       log_.record(PostureEntry::Kind::good, {}, readingMetrics);
       ++goodStreak_;
       adoptFrame({checkFrames_.begin(), checkFrames_.end()});
       adoptGaze();
-      workLife_.observed(true);
+      observed(true);
       break;
     case Kind::corrected:
       log_.record(PostureEntry::Kind::corrected, {}, readingMetrics);
       goodStreak_ = 0;
-      workLife_.observed(true);
+      observed(true);
       break;
     case Kind::absent:
       log_.record(PostureEntry::Kind::absent);
-      workLife_.observed(false);
+      observed(false);
       break;
     case Kind::lookingAway:
       log_.record(PostureEntry::Kind::away);
-      workLife_.observed(true);
+      observed(true);
       break;
     case Kind::tooFar:
     case Kind::relearned:
-      workLife_.observed(true);
+      observed(true);
       break;
     case Kind::relearnNeeded:
     case Kind::skipped:

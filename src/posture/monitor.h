@@ -10,18 +10,21 @@
 
 #include "platform/lid_sensor.h"
 #include "platform/power.h"
+#include "platform/sensitivity.h"
 #include "platform/store.h"
-#include "posture/evaluation.h"
 #include "posture/frame_source.h"
+#include "posture/issue_kind.h"
+#include "posture/metrics.h"
 #include "posture/monitor_types.h"
-#include "support/change_signal.h"
+#include "posture/reading.h"
 #include "support/clock.h"
 #include "support/scheduler.h"
+#include "support/signal.h"
+#include "support/weak_call.h"
 
 namespace sodam {
 
 class PostureLog;
-class WorkLife;
 
 // Decides when the camera runs, what a series of frames means and when the
 // user is told. Interval mode looks in every minute or so for a couple of
@@ -45,8 +48,9 @@ class Monitor {
     LidSensor& lid;
     PostureLog& log;
     Store& store;
+    // Where the learned baseline is kept.
+    Defaults& defaults;
     Power& power;
-    WorkLife& workLife;
     const Clock& clock;
     Scheduler& scheduler;
   };
@@ -56,9 +60,8 @@ class Monitor {
   Monitor(const Monitor&) = delete;
   Monitor& operator=(const Monitor&) = delete;
 
-  // Any visible change: views subscribe to `changed`, the wiring sets onChange.
-  ChangeSignal changed;
-  std::function<void()> onChange;
+  // Any visible change, for the views and the wiring alike.
+  ChangeSignal onChange;
   std::function<void(Phase, const std::optional<Outcome>&)> onPhase;
   // A present issue with false shows or refreshes the alert; none ends it,
   // with true when the user corrected the posture.
@@ -67,6 +70,11 @@ class Monitor {
   std::function<void(const Suggestion&)> onSuggest;
   std::function<void(const std::optional<Measurement>&, const std::optional<Metrics>&)> onFrame;
   std::function<void(const std::set<std::string>&)> onHolds;
+  // Whether the user was at the machine, at each decided check and live log:
+  // the work-life tracker's view of the day.
+  std::function<void(bool present)> onPresence;
+  // The user stretched, which counts as a rest for the work-life tracker.
+  std::function<void()> onStretched;
   // Asked before a relearning; the application may refuse it.
   std::function<bool()> canRelearn = [] { return true; };
   // The built-in screen's height for the lid geometry, when the platform knows it.
@@ -134,17 +142,18 @@ class Monitor {
   void armWatchdog();
   Date cameraSeenAt() const;
   void storeBaseline();
+  void observed(bool present);
   std::vector<Metrics> present() const;
 
   FrameSource& capture_;
   LidSensor& lid_;
   PostureLog& log_;
   Store& store_;
+  Defaults& defaults_;
   Power& power_;
-  WorkLife& workLife_;
   const Clock& clock_;
   Scheduler& scheduler_;
-  std::shared_ptr<Monitor*> self_;
+  LifeToken<Monitor> self_;
 
   Phase phase_ = Phase::idle;
   bool manualRun_ = false;

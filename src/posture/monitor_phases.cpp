@@ -3,7 +3,7 @@
 
 #include "posture/monitor.h"
 #include "posture/posture_log.h"
-#include "worklife/work_life.h"
+#include "posture/setup_shift.h"
 
 namespace sodam {
 
@@ -281,7 +281,7 @@ void Monitor::watch(const Sample& metrics, Date at) {
   pushLimited(liveFrames_, metrics, liveFrameLimit);
   if (!metrics) {
     if (++liveMissing_ == 15) {
-      workLife_.observed(false);
+      observed(false);
       capture_.setFrameInterval(1.0);
     }
     return;
@@ -311,7 +311,7 @@ bool Monitor::watchLogs(const std::vector<Metrics>& notAway, Date at) {
       lastLiveLog_ = at;
       if (liveAway_ >= 1) log_.record(PostureEntry::Kind::away);
       liveAway_ = 0;
-      workLife_.observed(true);
+      observed(true);
       report_ = Report{at, Outcome::lookingAway()};
       announce();
     }
@@ -324,7 +324,7 @@ bool Monitor::watchLogs(const std::vector<Metrics>& notAway, Date at) {
   }
   if (minuteOver) {
     lastLiveLog_ = at;
-    workLife_.observed(true);
+    observed(true);
     report_ = Report{at, Outcome::tooFar()};
     if (onSuggest) onSuggest(Suggestion::closer());
     announce();
@@ -370,7 +370,7 @@ void Monitor::watchBad(const std::vector<Metrics>& notAway, bool hasIssues, Date
   reading_ = Reading(notAway, sensitivity());
   if (reading_->issues.empty()) log_.record(PostureEntry::Kind::good, {}, reading_->metrics);
   adoptFrame({liveMeasures_.begin(), liveMeasures_.end()});
-  workLife_.observed(true);
+  observed(true);
   report_ = Report{at, Outcome::good()};
   announce();
 }

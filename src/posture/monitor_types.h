@@ -4,7 +4,8 @@
 #include <string>
 #include <variant>
 
-#include "posture/evaluation.h"
+#include "posture/issue_kind.h"
+#include "posture/reading.h"
 #include "support/date.h"
 
 namespace sodam {

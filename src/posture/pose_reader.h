@@ -6,6 +6,7 @@
 
 #include "posture/detections.h"
 #include "posture/measurement.h"
+#include "posture/side_body.h"
 #include "support/geometry.h"
 
 namespace sodam {

@@ -10,6 +10,7 @@
 #include "posture/detections.h"
 #include "posture/measurement.h"
 #include "posture/pose_reader.h"
+#include "posture/side_body.h"
 
 namespace sodam::pose_steps {
 

@@ -255,7 +255,7 @@ void PostureLog::saveStretches() {
 }
 
 void PostureLog::changed() {
-  if (onChange) onChange();
+  onChange.notify();
 }
 
 PostureLog::DayRange PostureLog::rangeOf(Date date) const {

@@ -13,9 +13,11 @@
 #include <nlohmann/json_fwd.hpp>
 
 #include "platform/defaults.h"
-#include "posture/evaluation.h"
+#include "posture/issue_kind.h"
+#include "posture/metrics.h"
 #include "support/calendar.h"
 #include "support/clock.h"
+#include "support/signal.h"
 
 namespace sodam {
 
@@ -114,7 +116,7 @@ class PostureLog {
   const std::deque<PostureEntry>& entries() const { return entries_; }
   const std::deque<StretchEntry>& stretches() const { return stretches_; }
   // After each change of either list.
-  std::function<void()> onChange;
+  ChangeSignal onChange;
 
   // Appends an entry stamped now, drops what is older than 30 days, saves.
   void record(PostureEntry::Kind kind, std::vector<IssueKind> issues = {},

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "posture/measurement.h"
+#include "posture/side_body.h"
 
 namespace sodam {
 

@@ -1,7 +1,8 @@
+#include "posture/reading.h"
+
 #include <algorithm>
 #include <array>
 
-#include "posture/evaluation.h"
 #include "posture/spine_helpers.h"
 #include "support/numeric.h"
 

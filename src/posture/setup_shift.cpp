@@ -1,17 +1,14 @@
+#include "posture/setup_shift.h"
+
 #include <algorithm>
 #include <cmath>
 
-#include "posture/baseline.h"
+#include "posture/body3d.h"
+#include "posture/lid_geometry.h"
 #include "posture/spine_helpers.h"
 #include "support/numeric.h"
 
 namespace sodam {
-
-double LidGeometry::length(std::optional<double> displayHeightCm) {
-  // The camera sits in the bezel, 2 cm above the top of the picture.
-  constexpr double bezelCm = 2.0;
-  return positiveValue(displayHeightCm).value_or(defaultDisplayHeightCm) + bezelCm;
-}
 
 namespace {
 constexpr std::size_t fewestFrames = 4;

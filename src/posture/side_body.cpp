@@ -1,7 +1,7 @@
+#include "posture/side_body.h"
+
 #include <algorithm>
 #include <cmath>
-
-#include "posture/measurement.h"
 
 namespace sodam {
 

@@ -15,7 +15,7 @@ SimCamera::SimCamera(Scheduler& main, Clock& clock, Source source, Options optio
     : main_(main), clock_(clock), source_(std::move(source)), options_(std::move(options)) {}
 
 SimCamera::~SimCamera() {
-  *alive_ = false;
+  *self_ = nullptr;
 }
 
 void SimCamera::startRunning(Sink sink) {
@@ -25,13 +25,11 @@ void SimCamera::startRunning(Sink sink) {
     if (!runningSince_) runningSince_ = clock_.now();
   }
   // The timer belongs to the main thread, whichever queue starts the camera.
-  std::weak_ptr<bool> alive = alive_;
-  main_.post([this, alive] {
-    auto token = alive.lock();
-    if (!token || !*token || timer_.isValid()) return;
-    const double period = 1 / options_.framesPerSecond;
-    timer_ = main_.schedule({period, period, 0}, [this] { tick(); });
-  });
+  main_.post(weakCall(self_, [](SimCamera& camera) {
+    if (camera.timer_.isValid()) return;
+    const double period = 1 / camera.options_.framesPerSecond;
+    camera.timer_ = camera.main_.schedule({period, period, 0}, [&camera] { camera.tick(); });
+  }));
 }
 
 // The timer notices the missing sink at its next tick and ends itself.

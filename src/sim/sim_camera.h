@@ -11,6 +11,7 @@
 #include "sim/sim_detections.h"
 #include "support/clock.h"
 #include "support/scheduler.h"
+#include "support/weak_call.h"
 
 namespace sodam {
 
@@ -57,7 +58,7 @@ class SimCamera final : public CameraDevice, public Detector {
   Clock& clock_;
   Source source_;
   Options options_;
-  std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
+  LifeToken<SimCamera> self_ = lifeToken(this);
   Timer timer_;  // main thread
   // Counted on the frame queue, which may run inside a tick.
   std::atomic<int> framesDetected_{0};

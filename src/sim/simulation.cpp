@@ -2,6 +2,7 @@
 
 #include <cmath>
 
+#include "posture/baseline_store.h"
 #include "support/korean_format.h"
 #include "support/numeric.h"
 #include "support/text.h"
@@ -26,7 +27,7 @@ Simulation::Simulation(Scenario scenario, Defaults& defaults, Calendar calendar,
       lock_(Lockdown::engage(confinement_, scheduler_)) {
   Store store(defaults, clock_, calendar_);
   if (scenario_.fresh) {
-    store.setBaseline(std::nullopt);
+    BaselineStore::write(defaults, std::nullopt);
     store.setGuideDone(false);
   }
   if (auto live = options_.live ? options_.live : scenario_.live) {

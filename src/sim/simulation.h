@@ -7,8 +7,10 @@
 #include <string>
 
 #include "app/app_delegate.h"
+#include "platform/alert_style.h"
 #include "platform/defaults.h"
 #include "platform/lockdown.h"
+#include "platform/sensitivity.h"
 #include "sim/scenario.h"
 #include "sim/sim_machine.h"
 #include "sim/transcript.h"

@@ -1,4 +1,5 @@
 #include "support/calendar.h"
+#include "support/time_zone.h"
 
 #include <algorithm>
 #include <array>

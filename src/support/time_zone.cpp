@@ -1,3 +1,5 @@
+#include "support/time_zone.h"
+
 #include <algorithm>
 #include <cstdint>
 #include <fstream>

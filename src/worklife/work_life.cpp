@@ -239,7 +239,7 @@ int WorkLife::streakMinutes() const {
 }
 
 void WorkLife::changed() {
-  if (onChange) onChange();
+  onChange.notify();
 }
 
 }  // namespace sodam

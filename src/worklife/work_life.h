@@ -12,6 +12,7 @@
 #include "support/calendar.h"
 #include "support/clock.h"
 #include "support/scheduler.h"
+#include "support/signal.h"
 
 namespace sodam {
 
@@ -100,7 +101,7 @@ class WorkLife {
   // Whether a nudge may show now; set by the application. Unset means yes.
   std::function<bool()> canNudge;
   // After days or the sitting streak changed.
-  std::function<void()> onChange;
+  ChangeSignal onChange;
 
  private:
   void changed();

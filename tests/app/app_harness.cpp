@@ -1,17 +1,16 @@
 #include "app/app_harness.h"
 
+#include "posture/baseline_store.h"
+
 namespace sodam::testing {
 
 AppHarness::AppHarness(bool learned) {
   machine.sitter.setNoise(0.5, 11);
   if (learned) {
-    MemoryDefaults& d = defaults;
-    ManualClock& c = clock;
     Calendar calendar(TimeZone::fixed(9 * 3600));
-    Store store(d, c, calendar);
-    store.setBaseline(
-        Baseline::learn(machine.sitter.frames(30), machine.sitter.laptop.lidDeg, clock.now()));
-    store.setGuideDone(true);
+    BaselineStore::write(defaults, Baseline::learn(machine.sitter.frames(30),
+                                                   machine.sitter.laptop.lidDeg, clock.now()));
+    Store(defaults, clock, calendar).setGuideDone(true);
   }
   AppDelegate::Platform platform{machine.camera,
                                  machine.camera,

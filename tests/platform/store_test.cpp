@@ -35,7 +35,6 @@ TEST_F(StoreTest, FreshMachineReadsTheDefaults) {
   EXPECT_FALSE(store.buddyOften());
   EXPECT_FALSE(store.guideDone());
   EXPECT_EQ(store.pillEars(8), 0);
-  EXPECT_FALSE(store.baseline());
   EXPECT_TRUE(store.watchEvents().empty());
   EXPECT_FALSE(store.lastSweep());
   EXPECT_EQ(store.watchSeenAt(), Date::distantPast());
@@ -78,36 +77,6 @@ TEST_F(StoreTest, OddStoredValuesFallBackByTheSettingsPattern) {
     fresh.set(c.key, c.stored);
     EXPECT_EQ(c.read(s), c.expected) << c.key << " case " << (&c - cases.data());
   }
-}
-
-TEST_F(StoreTest, BaselineOfAnotherVersionReadsAsNoneButStaysStored) {
-  Baseline base;
-  base.eyeDistance = 55;
-  base.learnedAt = Date{700'000'000};
-  store.setBaseline(base);
-  ASSERT_EQ(store.baseline(), base);
-
-  auto old = base.toJson();
-  old["version"] = 2;
-  defaults.setJsonData(StoreKey::baseline, old);
-  EXPECT_FALSE(store.baseline());
-  EXPECT_TRUE(defaults.contains(StoreKey::baseline));
-
-  defaults.setData(StoreKey::baseline, Bytes{'{', 'x'});
-  EXPECT_FALSE(store.baseline());
-}
-
-TEST_F(StoreTest, AbsentOrUnencodableBaselineClearsTheKey) {
-  Baseline base;
-  base.eyeDistance = 55;
-  store.setBaseline(base);
-  store.setBaseline(std::nullopt);
-  EXPECT_FALSE(defaults.contains(StoreKey::baseline));
-
-  store.setBaseline(base);
-  base.faceRatio = std::numeric_limits<double>::quiet_NaN();
-  store.setBaseline(base);
-  EXPECT_FALSE(defaults.contains(StoreKey::baseline));
 }
 
 TEST_F(StoreTest, WatchRecordsAndDatesClearWhenGivenNothing) {

@@ -1,4 +1,7 @@
-#include "posture/evaluation.h"
+#include "platform/sensitivity.h"
+#include "posture/issue_kind.h"
+#include "posture/metrics.h"
+#include "posture/reading.h"
 
 #include <gtest/gtest.h>
 

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "posture/baseline_store.h"
 #include "posture/capture_frame_source.h"
 #include "posture/monitor_harness.h"
 #include "sim/sim_camera.h"
@@ -76,11 +77,11 @@ TEST_F(GuideTest, TheCameraRunsOnlyOnTheSetupAndLearnSteps) {
 TEST_F(GuideTest, ALearningAdoptsTheBaselineAndSwitchesTheChecksOn) {
   learnNow();
   ASSERT_TRUE(guide->learn().is(State::done)) << guide->learn().message;
-  ASSERT_TRUE(h.store.baseline());
-  EXPECT_TRUE(h.store.baseline()->hasShoulders());
+  ASSERT_TRUE(BaselineStore::read(h.defaults));
+  EXPECT_TRUE(BaselineStore::read(h.defaults)->hasShoulders());
   EXPECT_EQ(guide->note(), std::nullopt);
   EXPECT_TRUE(h.monitor->enabled());
-  EXPECT_NEAR(*h.store.baseline()->lid, 110, 0.5);
+  EXPECT_NEAR(*BaselineStore::read(h.defaults)->lid, 110, 0.5);
   EXPECT_DOUBLE_EQ(guide->progress(), 1.0);
   EXPECT_DOUBLE_EQ(guide->progressSeconds(), 3.0);
 }
@@ -110,14 +111,14 @@ TEST_F(GuideTest, NobodyInFrontFailsWithTheDesignedWords) {
   EXPECT_EQ(guide->learn(),
             GuideModel::Learn::failed(
                 "얼굴이 잘 보이지 않았어요. 밝은 곳에서 화면을 보며 다시 해 주세요."));
-  EXPECT_FALSE(h.store.baseline());
+  EXPECT_FALSE(BaselineStore::read(h.defaults));
 }
 
 TEST_F(GuideTest, NoShouldersStillLearnsWithANote) {
   h.sitter.laptop.lidDeg = 125;  // the shoulders drop out of the picture
   learnNow();
   ASSERT_TRUE(guide->learn().is(State::done)) << guide->learn().message;
-  EXPECT_FALSE(h.store.baseline()->hasShoulders());
+  EXPECT_FALSE(BaselineStore::read(h.defaults)->hasShoulders());
   EXPECT_EQ(guide->note(),
             "어깨가 보이지 않아 얼굴로만 살펴봐요. 조금 뒤로 앉아 다시 하면 더 정확해요.");
 }
@@ -127,10 +128,10 @@ TEST_F(GuideTest, AConcernWaitsForTheUserToAcceptIt) {
   learnNow();
   ASSERT_TRUE(guide->learn().is(State::concern));
   EXPECT_EQ(guide->learn().concerns.front().rfind("고개가 한쪽으로", 0), 0u);
-  EXPECT_FALSE(h.store.baseline());
+  EXPECT_FALSE(BaselineStore::read(h.defaults));
   guide->acceptAnyway();
   EXPECT_TRUE(guide->learn().is(State::done));
-  EXPECT_TRUE(h.store.baseline());
+  EXPECT_TRUE(BaselineStore::read(h.defaults));
   EXPECT_EQ(guide->note(),
             "알려 드린 점이 있는 자세로 학습했어요. 나중에 바르게 앉아 다시 학습하면 더 정확해요.");
 }

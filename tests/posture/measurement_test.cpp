@@ -5,7 +5,10 @@
 #include <cmath>
 #include <limits>
 
+#include "posture/body3d.h"
+#include "posture/face_pitch.h"
 #include "posture/pinhole.h"
+#include "posture/side_body.h"
 
 namespace sodam {
 namespace {

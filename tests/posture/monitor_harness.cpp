@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "posture/baseline_store.h"
+
 namespace sodam::testing {
 
 const char* name(Monitor::Phase phase) {
@@ -25,14 +27,17 @@ const char* name(Monitor::Phase phase) {
 MonitorHarness::MonitorHarness(bool learn, double noisePx) {
   sitter.setNoise(noisePx, 7);
   if (learn) {
-    store.setBaseline(Baseline::learn(sitter.frames(30), sitter.laptop.lidDeg, clock.now()));
+    BaselineStore::write(defaults,
+                         Baseline::learn(sitter.frames(30), sitter.laptop.lidDeg, clock.now()));
   }
   makeMonitor();
 }
 
 void MonitorHarness::makeMonitor() {
   monitor = std::make_unique<Monitor>(
-      Monitor::Ports{camera, lid, log, store, power, workLife, clock, scheduler});
+      Monitor::Ports{camera, lid, log, store, defaults, power, clock, scheduler});
+  monitor->onPresence = [this](bool present) { workLife.observed(present); };
+  monitor->onStretched = [this] { workLife.rested(WorkLife::RestKind::stretch); };
   monitor->onPhase = [this](Monitor::Phase phase, const std::optional<Monitor::Outcome>& outcome) {
     std::string text = std::string("phase ") + name(phase);
     if (outcome) text += " " + outcome->text();

@@ -16,6 +16,7 @@
 #include "support/calendar.h"
 #include "support/manual_scheduler.h"
 #include "support/serial_queue.h"
+#include "support/time_zone.h"
 #include "worklife/work_life.h"
 
 namespace sodam::testing {

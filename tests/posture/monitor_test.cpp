@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "posture/baseline_store.h"
 #include "posture/monitor_harness.h"
 
 namespace sodam {
@@ -256,12 +257,12 @@ TEST(Monitor, AScreenMovedTwelveDegreesIsFollowedQuietly) {
   ASSERT_TRUE(h.monitor->baseline()->lid);
   EXPECT_NEAR(*h.monitor->baseline()->lid, 98, 0.01);
   EXPECT_EQ(h.monitor->baseline()->learnedAt, before.learnedAt);
-  EXPECT_EQ(h.store.baseline(), h.monitor->baseline());
+  EXPECT_EQ(BaselineStore::read(h.defaults), h.monitor->baseline());
 }
 
 TEST(Monitor, AnImplausibleBaselineRelearnsAtMostEveryTenMinutes) {
   MonitorHarness h;
-  Baseline far = *h.store.baseline();
+  Baseline far = *BaselineStore::read(h.defaults);
   far.eyeDistance = 120;
   h.monitor->setBaseline(far);
   h.monitor->start();
@@ -278,7 +279,7 @@ TEST(Monitor, AnImplausibleBaselineRelearnsAtMostEveryTenMinutes) {
 
 TEST(Monitor, ARelearningTheApplicationRefusesLeavesTheBaseline) {
   MonitorHarness h;
-  Baseline far = *h.store.baseline();
+  Baseline far = *BaselineStore::read(h.defaults);
   far.eyeDistance = 120;
   h.monitor->setBaseline(far);
   h.monitor->canRelearn = [] { return false; };

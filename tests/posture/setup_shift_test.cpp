@@ -2,6 +2,7 @@
 
 #include "posture/baseline.h"
 #include "posture/pinhole.h"
+#include "posture/setup_shift.h"
 
 namespace sodam {
 namespace {

@@ -7,8 +7,12 @@
 #include <cstdio>
 #include <optional>
 
+#include "platform/sensitivity.h"
 #include "posture/baseline.h"
-#include "posture/evaluation.h"
+#include "posture/issue_kind.h"
+#include "posture/metrics.h"
+#include "posture/reading.h"
+#include "posture/setup_shift.h"
 #include "sim/virtual_sitter.h"
 
 namespace sodam {

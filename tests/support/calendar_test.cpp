@@ -6,6 +6,7 @@
 #include <cmath>
 #include <fstream>
 #include <limits>
+#include "support/time_zone.h"
 #include "support/utc_dates.h"
 
 namespace sodam {

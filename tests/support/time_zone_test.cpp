@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "support/calendar.h"
+#include "support/time_zone.h"
 #include "support/utc_dates.h"
 
 namespace sodam {

@@ -2,67 +2,14 @@
 
 #include <optional>
 #include <string>
-#include <string_view>
 #include <vector>
 
+#include "platform/sensitivity.h"
 #include "posture/baseline.h"
+#include "posture/issue_kind.h"
 #include "posture/measurement.h"
 
 namespace sodam {
-
-// How strictly posture is judged; every threshold is multiplied by factor().
-class Sensitivity {
- public:
-  enum Value : int { strict = 0, normal = 1, relaxed = 2 };
-
-  constexpr Sensitivity(Value value = normal) : value_(value) {}
-  static std::optional<Sensitivity> fromRaw(int raw);
-  constexpr operator Value() const { return value_; }
-  constexpr int raw() const { return value_; }
-
-  double factor() const;
-  std::string_view title() const;
-
- private:
-  Value value_;
-};
-
-// What can be wrong with a posture. The raw value is the case name, which
-// the posture log stores.
-class IssueKind {
- public:
-  enum Value : int {
-    forwardHead,
-    leaning,
-    slouch,
-    lookingDown,
-    shoulderTilt,
-    headTilt,
-    lean,
-    tooClose,
-  };
-  static constexpr int count = 8;
-
-  constexpr IssueKind(Value value) : value_(value) {}
-  static std::optional<IssueKind> fromRaw(std::string_view raw);
-  static const std::vector<IssueKind>& all();
-  constexpr operator Value() const { return value_; }
-
-  std::string_view raw() const;
-  std::string_view title() const;
-  std::string_view fix() const;
-  std::string_view symbol() const;
-
- private:
-  Value value_;
-};
-
-struct Issue {
-  IssueKind kind;
-  double score = 0;  // metric over threshold: 1.0 is just over the line
-  std::string detail;
-  bool operator==(const Issue&) const = default;
-};
 
 // How far one frame, or several combined, lies from the learned posture.
 struct Metrics {
@@ -105,21 +52,6 @@ struct Metrics {
   std::string summary() const;
 
   bool operator==(const Metrics&) const = default;
-};
-
-// A verdict over several frames.
-struct Reading {
-  Metrics metrics;
-  std::vector<Issue> issues;
-  bool away = false;
-  bool tooFar = false;
-
-  // Meant for a list that is not empty; an empty one gives a good reading
-  // with default metrics.
-  Reading(const std::vector<Metrics>& frames, Sensitivity sensitivity);
-  bool bad() const { return !issues.empty(); }
-
-  static bool ambiguous(const std::vector<Metrics>& frames, Sensitivity sensitivity);
 };
 
 }  // namespace sodam
