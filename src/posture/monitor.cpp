@@ -15,6 +15,34 @@ constexpr const char* noFramesText = "카메라 화면을 받지 못했어요";
 constexpr double batteryIdleSeconds = 180;
 constexpr double mainsIdleSeconds = 300;
 constexpr double closedLidDegrees = 30;
+
+// Delays before the next check.
+constexpr double firstCheckSeconds = 8;
+constexpr double enabledCheckSeconds = 3;
+constexpr double releasedCheckSeconds = 10;
+constexpr double modeChangeCheckSeconds = 2;
+constexpr double lookAgainSeconds = 30;
+// Five good checks in a row stretch the interval by half.
+constexpr int relaxedGoodStreak = 5;
+constexpr double relaxedIntervalFactor = 1.5;
+
+// Frame intervals, seconds.
+constexpr double batteryLiveInterval = 0.5;
+constexpr double mainsLiveInterval = 0.25;
+constexpr double batteryAlertInterval = 0.1;
+constexpr double mainsAlertInterval = 0.066;
+constexpr double recheckInterval = 0.3;
+constexpr double samplingInterval = 0.12;
+constexpr double relearnInterval = 0.1;
+
+// The nudge towards a routine after frequent alerts.
+constexpr int frequentAlertsPerHour = 3;
+constexpr double frequentNudgePauseSeconds = 3600;
+
+// Gaze learning gathers frames facing the screen.
+constexpr double gazeTurnLimitDegrees = 20;
+constexpr std::size_t gazeFramesToLearn = 40;
+constexpr double relearnPauseSeconds = 600;
 }  // namespace
 
 Monitor::Monitor(Ports ports)
@@ -45,7 +73,7 @@ bool Monitor::enabled() const {
 void Monitor::setEnabled(bool on) {
   store_.setEnabled(on);
   if (on) {
-    schedule(3);
+    schedule(enabledCheckSeconds);
   } else {
     halt();
   }
@@ -77,7 +105,7 @@ std::optional<Date> Monitor::nextCheck() const {
 }
 
 void Monitor::start() {
-  schedule(8);
+  schedule(firstCheckSeconds);
 }
 
 void Monitor::schedule(double after) {
@@ -103,18 +131,18 @@ void Monitor::hold(const std::string& reason) {
 void Monitor::release(const std::string& reason) {
   if (holds_.erase(reason) == 0) return;
   if (onHolds) onHolds(holds_);
-  if (holds_.empty()) schedule(10);
+  if (holds_.empty()) schedule(releasedCheckSeconds);
   announce();
 }
 
 void Monitor::modeChanged() {
   if (phase_ == Phase::idle) {
-    schedule(2);
+    schedule(modeChangeCheckSeconds);
   } else if (phase_ == Phase::watching) {
     stopCamera();
     phase_ = Phase::idle;
     if (onPhase) onPhase(Phase::idle, std::nullopt);
-    schedule(2);
+    schedule(modeChangeCheckSeconds);
   } else {
     announce();
   }
@@ -152,7 +180,7 @@ void Monitor::stopCamera() {
 }
 
 double Monitor::restingLiveInterval() const {
-  return power_.onBattery() ? 0.5 : 0.25;
+  return power_.onBattery() ? batteryLiveInterval : mainsLiveInterval;
 }
 
 void Monitor::enter(Phase phase) {
@@ -163,11 +191,11 @@ void Monitor::enter(Phase phase) {
   farSince_.reset();
   switch (phase) {
     case Phase::alerting:
-      capture_.setFrameInterval(power_.onBattery() ? 0.1 : 0.066);
+      capture_.setFrameInterval(power_.onBattery() ? batteryAlertInterval : mainsAlertInterval);
       armWatchdog();
       break;
     case Phase::rechecking:
-      capture_.setFrameInterval(0.3);
+      capture_.setFrameInterval(recheckInterval);
       armWatchdog();
       break;
     case Phase::sampling:
@@ -237,7 +265,7 @@ void Monitor::startSampling(bool manual) {
   lidAngle_ = lid_.angle();
   firstFrame_.reset();
   lastFrame_.reset();
-  capture_.setFrameInterval(0.12);
+  capture_.setFrameInterval(samplingInterval);
   listen();
   enter(Phase::sampling);
   capture_.start();
@@ -281,8 +309,9 @@ void Monitor::finish(Outcome outcome) {
   phase_ = Phase::idle;
   if (onPhase) onPhase(Phase::idle, outcome);
   const bool away = outcome.is(Outcome::Kind::lookingAway) || outcome.is(Outcome::Kind::tooFar);
-  double next = power_.checkInterval() * (goodStreak_ >= 5 ? 1.5 : 1.0);
-  if (away && awayStreak_ == 1) next = 30;
+  double next =
+      power_.checkInterval() * (goodStreak_ >= relaxedGoodStreak ? relaxedIntervalFactor : 1.0);
+  if (away && awayStreak_ == 1) next = lookAgainSeconds;
   schedule(next);
   announce();
 }
@@ -327,8 +356,9 @@ void Monitor::track(const Outcome& outcome) {
     case Kind::failed:
       break;
   }
-  const bool frequent = kind == Kind::corrected && log_.alertsLastHour() >= 3 &&
-                        now() - lastFrequentNudge_ >= 3600 && reading_ && !reading_->issues.empty();
+  const bool frequent = kind == Kind::corrected && log_.alertsLastHour() >= frequentAlertsPerHour &&
+                        now() - lastFrequentNudge_ >= frequentNudgePauseSeconds && reading_ &&
+                        !reading_->issues.empty();
   if (frequent) {
     lastFrequentNudge_ = now();
     if (onSuggest) onSuggest(Suggestion::frequent(reading_->issues.front().kind));
@@ -346,10 +376,10 @@ void Monitor::adoptFrame(const std::vector<Measurement>& frames) {
 void Monitor::adoptGaze() {
   if (!baseline_ || baseline_->gaze) return;
   for (const auto& m : checkFrames_) {
-    if (std::abs(m.turn()) < 20) gazeFrames_.push_back(m);
+    if (std::abs(m.turn()) < gazeTurnLimitDegrees) gazeFrames_.push_back(m);
   }
   checkFrames_.clear();
-  if (gazeFrames_.size() < 40) return;
+  if (gazeFrames_.size() < gazeFramesToLearn) return;
   if (auto gaze = Baseline::Gaze::learn(gazeFrames_)) {
     baseline_->gaze = gaze;
     storeBaseline();
@@ -368,13 +398,13 @@ bool Monitor::adjust(const std::vector<Measurement>& frames) {
 
 void Monitor::relearn() {
   const bool allowed = !canRelearn || canRelearn();
-  if (allowed && (manualRun_ || now() - lastRelearn_ >= 600)) {
+  if (allowed && (manualRun_ || now() - lastRelearn_ >= relearnPauseSeconds)) {
     lastRelearn_ = now();
     learnFrames_.clear();
     liveMeasures_.clear();
     lidAngle_ = lid_.angle();
     capture_.setLight(false);
-    capture_.setFrameInterval(0.1);
+    capture_.setFrameInterval(relearnInterval);
     enter(Phase::relearning);
     watchdog_ = scheduler_.mainTimer(relearnPrep + relearnSpan,
                                      weakCall(self_, [](Monitor& m) { m.finishRelearn(); }));

@@ -14,6 +14,41 @@ constexpr std::size_t liveFrameLimit = 5;
 constexpr double warmUpSeconds = 0.7;
 constexpr double liveLogSeconds = 60;
 
+// Sampling: how many frames make a verdict, and how long to wait for them.
+constexpr std::size_t batterySampleCount = 6;
+constexpr std::size_t mainsSampleCount = 10;
+constexpr double sampleWaitSeconds = 4;
+constexpr std::size_t fewestPresentSamples = 4;
+constexpr std::size_t fewestShiftFrames = 8;
+
+// Rechecking: three good frames in a row end it early; otherwise five
+// seconds decide, by the shares of frames looking away and frames with issues.
+constexpr std::size_t settledFrames = 3;
+constexpr double recheckSeconds = 5;
+constexpr std::size_t fewestRecheckSamples = 6;
+constexpr double lookingAwayShare = 0.4;
+constexpr double badShare = 0.6;
+
+// Alerting.
+constexpr std::size_t presenceWindow = 40;
+constexpr std::ptrdiff_t fewestPresentInWindow = 6;
+constexpr double awayEndsAlertSeconds = 3;
+constexpr double longestAlertSeconds = 60;
+constexpr std::size_t issueWindow = 5;
+constexpr std::size_t fewestIssueFrames = 3;
+constexpr double tooFarCloser = -30;
+constexpr double tooFarEndsAlertSeconds = 2;
+// A change of issue must stand this long before the alert follows it.
+constexpr double issueChangeSeconds = 1.2;
+
+// Live watching.
+constexpr double powerCheckSeconds = 15;
+constexpr int missingFramesForAbsence = 15;
+constexpr double absentFrameInterval = 1.0;
+constexpr std::size_t mostAwayFramesToJudge = 2;
+constexpr double badFrameInterval = 0.1;
+constexpr double badLiveAlertSeconds = 5;
+
 bool lookingAt(const std::optional<Metrics>& sample) {
   return sample && !sample->lookingAway;
 }
@@ -34,6 +69,13 @@ std::vector<Metrics> withoutAway(const std::vector<Metrics>& frames) {
   std::copy_if(frames.begin(), frames.end(), std::back_inserter(result),
                [](const Metrics& m) { return !m.lookingAway; });
   return result;
+}
+
+// `count` frames, none of them with an issue.
+bool allGood(const std::vector<Metrics>& frames, std::size_t count, Sensitivity level) {
+  return frames.size() == count && std::all_of(frames.begin(), frames.end(), [&](const Metrics& m) {
+           return m.issues(level).empty();
+         });
 }
 
 template <typename T>
@@ -95,10 +137,10 @@ void Monitor::handle(std::optional<Measurement> m) {
 }
 
 void Monitor::sample(double elapsed) {
-  const std::size_t enough = power_.onBattery() ? 6 : 10;
-  if (samples_.size() < enough && elapsed <= 4) return;
+  const std::size_t enough = power_.onBattery() ? batterySampleCount : mainsSampleCount;
+  if (samples_.size() < enough && elapsed <= sampleWaitSeconds) return;
   const auto seen = present();
-  if (seen.size() < 4) {
+  if (seen.size() < fewestPresentSamples) {
     finish(Outcome::absent());
     return;
   }
@@ -121,7 +163,7 @@ void Monitor::decideSampling(const Reading& first, double elapsed) {
   const auto shift = SetupShift::check(frames, *baseline_, lidAngle_);
   // A weak change of setup is only acted on when it could explain a bad reading.
   if (shift && (shift->strong || reading.bad() || reading.tooFar)) {
-    if (frames.size() < 8 && elapsed < 4) return;
+    if (frames.size() < fewestShiftFrames && elapsed < sampleWaitSeconds) return;
     if (!shift->fixable || !adjust(frames)) {
       relearn();
       return;
@@ -143,25 +185,22 @@ void Monitor::decideSampling(const Reading& first, double elapsed) {
 
 void Monitor::recheck(double elapsed) {
   const Sensitivity level = sensitivity();
-  if (samples_.size() >= 3) {
-    const auto last3 = attentiveTail(samples_, 3);
-    const bool settled =
-        last3.size() == 3 && std::all_of(last3.begin(), last3.end(),
-                                         [&](const Metrics& m) { return m.issues(level).empty(); });
-    if (settled) {
-      reading_ = Reading(last3, level);
+  if (samples_.size() >= settledFrames) {
+    const auto last = attentiveTail(samples_, settledFrames);
+    if (allGood(last, settledFrames, level)) {
+      reading_ = Reading(last, level);
       finish(Outcome::good());
       return;
     }
   }
-  if (elapsed < 5) return;
+  if (elapsed < recheckSeconds) return;
   const auto seen = present();
-  if (seen.size() < 6) {
+  if (seen.size() < fewestRecheckSamples) {
     finish(Outcome::absent());
     return;
   }
   const auto notAway = withoutAway(seen);
-  if (0.4 * static_cast<double>(seen.size()) > static_cast<double>(notAway.size())) {
+  if (lookingAwayShare * static_cast<double>(seen.size()) > static_cast<double>(notAway.size())) {
     finish(Outcome::lookingAway());
     return;
   }
@@ -172,7 +211,7 @@ void Monitor::recheck(double elapsed) {
   std::vector<Metrics> bad;
   std::copy_if(notAway.begin(), notAway.end(), std::back_inserter(bad),
                [&](const Metrics& m) { return !m.issues(level).empty(); });
-  if (static_cast<double>(bad.size()) >= 0.6 * static_cast<double>(notAway.size())) {
+  if (static_cast<double>(bad.size()) >= badShare * static_cast<double>(notAway.size())) {
     startAlert(Reading(bad, level));
   } else {
     reading_ = Reading(notAway, level);
@@ -182,10 +221,10 @@ void Monitor::recheck(double elapsed) {
 
 void Monitor::alert(double elapsed) {
   const Date at = now();
-  if (samples_.size() >= 40) {
-    const auto seen = std::count_if(samples_.end() - 40, samples_.end(),
+  if (samples_.size() >= presenceWindow) {
+    const auto seen = std::count_if(samples_.end() - presenceWindow, samples_.end(),
                                     [](const Sample& s) { return s.has_value(); });
-    if (seen < 6) {
+    if (seen < fewestPresentInWindow) {
       finish(Outcome::absent());
       return;
     }
@@ -193,34 +232,31 @@ void Monitor::alert(double elapsed) {
   const Sample& last = samples_.back();
   if (last && last->lookingAway) {
     if (!awaySince_) awaySince_ = at;
-    if (at - *awaySince_ >= 3) finish(Outcome::lookingAway());
+    if (at - *awaySince_ >= awayEndsAlertSeconds) finish(Outcome::lookingAway());
     return;
   }
   awaySince_.reset();
   const Sensitivity level = sensitivity();
-  const auto recent = attentiveTail(samples_, 3);
+  const auto recent = attentiveTail(samples_, settledFrames);
   if (!recent.empty() && onSeverity) onSeverity(recent.back().severity(level));
-  const bool corrected =
-      recent.size() == 3 && std::all_of(recent.begin(), recent.end(),
-                                        [&](const Metrics& m) { return m.issues(level).empty(); });
-  if (corrected) {
+  if (allGood(recent, settledFrames, level)) {
     finish(Outcome::corrected());
     return;
   }
-  if (elapsed > 60 && reading_) {
+  if (elapsed > longestAlertSeconds && reading_) {
     finish(Outcome::alerted(*reading_));
     return;
   }
-  const auto last5 = attentiveTail(samples_, 5);
-  if (last5.size() < 3) return;
-  alertIssue(Metrics::combine(last5));
+  const auto window = attentiveTail(samples_, issueWindow);
+  if (window.size() < fewestIssueFrames) return;
+  alertIssue(Metrics::combine(window));
 }
 
 void Monitor::alertIssue(const Metrics& combined) {
   const Date at = now();
-  if (combined.closer <= -30) {
+  if (combined.closer <= tooFarCloser) {
     if (!farSince_) farSince_ = at;
-    if (at - *farSince_ >= 2) finish(Outcome::tooFar());
+    if (at - *farSince_ >= tooFarEndsAlertSeconds) finish(Outcome::tooFar());
     return;
   }
   farSince_.reset();
@@ -232,9 +268,8 @@ void Monitor::alertIssue(const Metrics& combined) {
     if (onAlert) onAlert(top, false);
     return;
   }
-  // A change of issue must stand for 1.2 seconds before the alert follows it.
   if (nextIssue_ && nextIssue_->first == top.kind) {
-    if (at - nextIssue_->second >= 1.2) {
+    if (at - nextIssue_->second >= issueChangeSeconds) {
       shownIssue_ = top.kind;
       nextIssue_.reset();
       if (onAlert) onAlert(top, false);
@@ -261,7 +296,7 @@ void Monitor::startAlert(Reading reading) {
 }
 
 void Monitor::watch(const Sample& metrics, Date at) {
-  if (at - lastPowerCheck_ > 15) {
+  if (at - lastPowerCheck_ > powerCheckSeconds) {
     lidAngle_ = lid_.angle();
     lastPowerCheck_ = at;
     if (store_.pauseOnBattery() && power_.onBattery()) {
@@ -280,13 +315,13 @@ void Monitor::watch(const Sample& metrics, Date at) {
   }
   pushLimited(liveFrames_, metrics, liveFrameLimit);
   if (!metrics) {
-    if (++liveMissing_ == 15) {
+    if (++liveMissing_ == missingFramesForAbsence) {
       observed(false);
-      capture_.setFrameInterval(1.0);
+      capture_.setFrameInterval(absentFrameInterval);
     }
     return;
   }
-  if (liveMissing_ >= 15) capture_.setFrameInterval(restingLiveInterval());
+  if (liveMissing_ >= missingFramesForAbsence) capture_.setFrameInterval(restingLiveInterval());
   liveMissing_ = 0;
   const auto notAway = attentiveTail(liveFrames_, liveFrameLimit);
   if (metrics->lookingAway) {
@@ -306,7 +341,7 @@ void Monitor::watch(const Sample& metrics, Date at) {
 // frame's handling ends here.
 bool Monitor::watchLogs(const std::vector<Metrics>& notAway, Date at) {
   const bool minuteOver = at - lastLiveLog_ >= liveLogSeconds;
-  if (notAway.size() <= 2) {
+  if (notAway.size() <= mostAwayFramesToJudge) {
     if (minuteOver) {
       lastLiveLog_ = at;
       if (liveAway_ >= 1) log_.record(PostureEntry::Kind::away);
@@ -339,7 +374,7 @@ bool Monitor::watchShift(bool hasIssues, Date at) {
   const std::vector<Measurement> frames(liveMeasures_.begin(), liveMeasures_.end());
   const auto shift = SetupShift::check(frames, *baseline_, lidAngle_);
   if (!shift || !(hasIssues || shift->strong)) return false;
-  if (frames.size() < 8) return true;
+  if (frames.size() < fewestShiftFrames) return true;
   if (shift->fixable && adjust(frames)) {
     liveMeasures_.clear();
     return true;
@@ -357,9 +392,9 @@ void Monitor::watchBad(const std::vector<Metrics>& notAway, bool hasIssues, Date
   } else {
     if (!badSince_) {
       badSince_ = at;
-      capture_.setFrameInterval(0.1);
+      capture_.setFrameInterval(badFrameInterval);
     }
-    if (at - *badSince_ >= 5) {
+    if (at - *badSince_ >= badLiveAlertSeconds) {
       startAlert(Reading(notAway, sensitivity()));
       return;
     }
@@ -368,7 +403,9 @@ void Monitor::watchBad(const std::vector<Metrics>& notAway, bool hasIssues, Date
   lastLiveLog_ = at;
   liveAway_ = 0;
   reading_ = Reading(notAway, sensitivity());
-  if (reading_->issues.empty()) log_.record(PostureEntry::Kind::good, {}, reading_->metrics);
+  // The minute's entry is a good one whatever the reading says: issues that
+  // had not yet stood five seconds are no alert.
+  log_.record(PostureEntry::Kind::good, {}, reading_->metrics);
   adoptFrame({liveMeasures_.begin(), liveMeasures_.end()});
   observed(true);
   report_ = Report{at, Outcome::good()};
