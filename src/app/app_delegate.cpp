@@ -52,7 +52,7 @@ void AppDelegate::finishLaunching(bool loginLaunch) {
   lock_.watch();
   refresh();
   if (capture_.revoked()) {
-    shell_.openPanel(PanelPage::home);
+    openPanel(PanelPage::home);
     return;
   }
   if (!monitor_->baseline()) {
@@ -61,7 +61,7 @@ void AppDelegate::finishLaunching(bool loginLaunch) {
   }
   monitor_->start();
   if (loginLaunch) return;
-  shell_.openPanel(PanelPage::home);
+  openPanel(PanelPage::home);
 }
 
 void AppDelegate::wire() {
@@ -140,7 +140,7 @@ std::vector<MenuItem> AppDelegate::postureMenu() const {
 void AppDelegate::perform(MenuAction action, std::optional<int> tag) {
   switch (action) {
     case MenuAction::toggle:
-      monitor_->setEnabled(!monitor_->enabled());
+      toggle();
       break;
     case MenuAction::checkNow:
       monitor_->checkNow();
@@ -149,19 +149,19 @@ void AppDelegate::perform(MenuAction action, std::optional<int> tag) {
       openGuide(GuideModel::Step::learn);
       break;
     case MenuAction::openHome:
-      shell_.openPanel(PanelPage::home);
+      openPanel(PanelPage::home);
       break;
     case MenuAction::openDorani:
-      shell_.openPanel(PanelPage::dorani);
+      openPanel(PanelPage::dorani);
       break;
     case MenuAction::openSettings:
-      shell_.openPanel(PanelPage::settings);
+      openPanel(PanelPage::settings);
       break;
     case MenuAction::setupDesk:
-      shell_.openPanel(PanelPage::desk);
+      openGuide(GuideModel::Step::setup);
       break;
     case MenuAction::openPage:
-      if (auto page = tag ? pageForShortcut(*tag) : std::nullopt) shell_.openPanel(*page);
+      if (auto page = tag ? pageForShortcut(*tag) : std::nullopt) openPanel(*page);
       break;
     case MenuAction::startRoutine:
       startRoutine();
@@ -178,9 +178,31 @@ void AppDelegate::perform(MenuAction action, std::optional<int> tag) {
   }
 }
 
+// With nothing learned yet there is nothing to switch on: the guide teaches
+// the posture first.
+void AppDelegate::toggle() {
+  if (!monitor_->baseline()) {
+    openGuide(GuideModel::Step::learn);
+    return;
+  }
+  const bool on = !monitor_->enabled();
+  monitor_->setEnabled(on);
+  if (on) {
+    show(pill("figure.stand", Theme::blue, "자세 확인 켜짐", "바른 자세를 지켜볼게요"), 1.8);
+  } else {
+    show(pill("pause.fill", Theme::gray, "자세 확인 꺼짐", "다시 켜기 전까지 카메라를 쓰지 않아요"),
+         1.8);
+  }
+}
+
+void AppDelegate::openPanel(PanelPage page) {
+  lastPage_ = page;
+  shell_.openPanel(page);
+}
+
 void AppDelegate::startRoutine() {
   if (guide_) return;
-  shell_.openPanel(PanelPage::stretch);
+  openPanel(PanelPage::stretch);
   extensions_.startRoutine();
 }
 
@@ -197,7 +219,7 @@ void AppDelegate::screenUnlocked() {
   if (unseen >= 1) {
     show(pill("exclamationmark.triangle.fill", Theme::orange, "자리를 비운 사이 카메라가 켜졌어요",
               format("기록 %d건 · 눌러서 확인", unseen)),
-         8, weakCall(self_, [](AppDelegate& app) { app.shell_.openPanel(PanelPage::camera); }));
+         8, weakCall(self_, [](AppDelegate& app) { app.openPanel(PanelPage::camera); }));
   }
 }
 
@@ -220,7 +242,7 @@ void AppDelegate::didWake() {
 }
 
 void AppDelegate::reopen() {
-  if (!guide_) shell_.openPanel(PanelPage::home);
+  if (!guide_) openPanel(lastPage_);
 }
 
 void AppDelegate::openGuide(GuideModel::Step step) {
@@ -251,7 +273,7 @@ void AppDelegate::guideClosed(bool openedFirstTime) {
   monitor_->release("guide");
   const bool learned = monitor_->baseline().has_value();
   if (learned && !store_.guideDone()) store_.setGuideDone(true);
-  if (openedFirstTime && learned) shell_.openPanel(PanelPage::home);
+  if (openedFirstTime && learned) openPanel(PanelPage::home);
 }
 
 }  // namespace sodam

@@ -168,6 +168,9 @@ class AppDelegate {
   void buddyLooks(const std::optional<Measurement>& m, const std::optional<Metrics>& metrics);
   void nudge(const WorkLife::Nudge& nudge);
   void guideClosed(bool openedFirstTime);
+  void toggle();
+  // Opens the panel on the page and remembers it for a reopen.
+  void openPanel(PanelPage page);
   void startRoutine();
 
   Lockdown& lock_;
@@ -198,6 +201,7 @@ class AppDelegate {
   Date lastBuddy_ = Date::distantPast();
   SeverityBlur severity_;
   Date lastCloser_ = Date::distantPast();
+  PanelPage lastPage_ = PanelPage::home;
   std::vector<Timer> previewTimers_;
   Timer breatheTimer_;
   Timer borderPreviewTimer_;

@@ -108,7 +108,7 @@ bool AppDelegate::peekAllowed() const {
 
 void AppDelegate::peek(Monitor::Phase phase, const std::optional<Monitor::Outcome>& outcome) {
   auto openDorani =
-      weakCall(self_, [](AppDelegate& app) { app.shell_.openPanel(PanelPage::dorani); });
+      weakCall(self_, [](AppDelegate& app) { app.openPanel(PanelPage::dorani); });
   switch (phase) {
     case Monitor::Phase::sampling: {
       const bool due =
@@ -147,7 +147,7 @@ void AppDelegate::peekEnded(const std::optional<Monitor::Outcome>& outcome) {
     if (level > store_.doraniCelebrated()) {
       store_.setDoraniCelebrated(level);
       show(Pill(now(), Pill::Art::buddy(Mood::love), Theme::white), 1.8,
-           weakCall(self_, [](AppDelegate& app) { app.shell_.openPanel(PanelPage::dorani); }));
+           weakCall(self_, [](AppDelegate& app) { app.openPanel(PanelPage::dorani); }));
     } else {
       show(Pill(now(), Pill::Art::buddy(Mood::happy), Theme::white), 0.9);
     }
@@ -197,7 +197,7 @@ void AppDelegate::nudge(const WorkLife::Nudge& nudge) {
     if (ratio) detail = format("바른 자세 %lld%% · ", roundedInt(*ratio * 100)) + detail;
     show(Pill(now(), Pill::Art::say(Mood::happy), Theme::white,
               format("오늘 %lld시간 %lld분 앉아 있었어요", seated / 60, seated % 60), detail),
-         10, weakCall(self_, [](AppDelegate& app) { app.shell_.openPanel(PanelPage::history); }));
+         10, weakCall(self_, [](AppDelegate& app) { app.openPanel(PanelPage::history); }));
     return;
   }
   if (!extensions_.presetStretch()) return;

@@ -14,7 +14,6 @@ Point lerp(Point a, Point b, double t) {
 }  // namespace
 
 void BuddySight::set(double x, double y, Date at) {
-  std::lock_guard guard(lock_);
   const Point target{clamp(x, -1, 1), clamp(y, -1, 1)};
   if (seen_) {
     const double t = clamp((at - movedAt_) / easeSeconds, 0, 1);
@@ -28,12 +27,10 @@ void BuddySight::set(double x, double y, Date at) {
 }
 
 void BuddySight::clear() {
-  std::lock_guard guard(lock_);
   seen_ = false;
 }
 
 std::optional<Point> BuddySight::current(Date at) const {
-  std::lock_guard guard(lock_);
   if (!seen_) return std::nullopt;
   const double t = clamp((at - movedAt_) / easeSeconds, 0, 1);
   return lerp(from_, to_, smoothStep(t));

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <mutex>
 #include <optional>
 
 #include "posture/measurement.h"
@@ -9,9 +8,9 @@
 
 namespace sodam {
 
-// Where the companion's eyes look when they follow the user's face: the
-// camera side writes, the drawing side reads, each on its own thread, so the
-// one lock here guards every field.
+// Where the companion's eyes look when they follow the user's face. Main
+// thread only: the routing writes it from each frame of a check, and the
+// pill's drawing reads it.
 class BuddySight {
  public:
   // How long the eyes take to move from one target to the next.
@@ -28,7 +27,6 @@ class BuddySight {
   static Point face(const Measurement& m);
 
  private:
-  mutable std::mutex lock_;
   Point from_;
   Point to_;
   Date movedAt_;

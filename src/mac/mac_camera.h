@@ -14,7 +14,6 @@
 #include "posture/capture.h"
 
 #ifdef __OBJC__
-@class AVCaptureVideoPreviewLayer;
 #endif
 
 namespace sodam {
@@ -36,8 +35,6 @@ class MacCamera final : public CameraDevice {
   void startRunning(Sink sink) override;
   // Once it returns, the sink is never called again.
   void stopRunning() override;
-  void attach(const PreviewLayer& layer) override;
-  void detach(const PreviewLayer& layer) override;
   bool inUseElsewhere() const override;
 
  private:
@@ -50,8 +47,6 @@ class MacCamera final : public CameraDevice {
 CVPixelBufferRef pixelBuffer(const CameraFrame& frame);
 
 #ifdef __OBJC__
-// A preview layer for Capture::attach: it holds one retain of the layer.
-PreviewLayer makePreviewLayer(AVCaptureVideoPreviewLayer* layer);
 #endif
 
 // The system's camera permission for video.

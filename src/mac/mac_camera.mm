@@ -2,7 +2,6 @@
 
 #import <AVFoundation/AVFoundation.h>
 #include <CoreMedia/CoreMedia.h>
-#import <QuartzCore/QuartzCore.h>
 
 #include <mutex>
 #include <utility>
@@ -33,10 +32,6 @@ CameraFrame frameOf(CMSampleBufferRef buffer) {
   frame.image = std::shared_ptr<const void>(static_cast<const void*>(buffer),
                                             [](const void* held) { CFRelease(held); });
   return frame;
-}
-
-AVCaptureVideoPreviewLayer* previewLayerOf(const PreviewLayer& layer) {
-  return (__bridge AVCaptureVideoPreviewLayer*)layer.get();
 }
 
 }  // namespace
@@ -192,26 +187,6 @@ void MacCamera::stopRunning() {
   if (session_->capture.isRunning) [session_->capture stopRunning];
 }
 
-// Layer changes off the main thread need a transaction of their own to be
-// committed.
-void MacCamera::attach(const PreviewLayer& layer) {
-  AVCaptureVideoPreviewLayer* preview = previewLayerOf(layer);
-  if (!preview) return;
-  [CATransaction begin];
-  [CATransaction setDisableActions:YES];
-  preview.session = session_->capture;
-  [CATransaction commit];
-}
-
-void MacCamera::detach(const PreviewLayer& layer) {
-  AVCaptureVideoPreviewLayer* preview = previewLayerOf(layer);
-  if (!preview || preview.session != session_->capture) return;
-  [CATransaction begin];
-  [CATransaction setDisableActions:YES];
-  preview.session = nil;
-  [CATransaction commit];
-}
-
 bool MacCamera::inUseElsewhere() const {
   std::lock_guard guard(session_->deviceLock);
   return session_->device && session_->device.isInUseByAnotherApplication;
@@ -221,11 +196,6 @@ CVPixelBufferRef pixelBuffer(const CameraFrame& frame) {
   if (!frame.image) return nullptr;
   auto buffer = static_cast<CMSampleBufferRef>(const_cast<void*>(frame.image.get()));
   return CMSampleBufferGetImageBuffer(buffer);
-}
-
-PreviewLayer makePreviewLayer(AVCaptureVideoPreviewLayer* layer) {
-  if (!layer) return {};
-  return PreviewLayer((__bridge_retained void*)layer, [](void* held) { CFRelease(held); });
 }
 
 bool MacCameraAccess::authorized() {

@@ -79,14 +79,6 @@ void Capture::revoke() {
   if (running_) stop();
 }
 
-void Capture::attach(PreviewLayer layer) {
-  ports_.sessionQueue.async([this, layer] { ports_.device.attach(layer); });
-}
-
-void Capture::detach(PreviewLayer layer) {
-  ports_.sessionQueue.async([this, layer] { ports_.device.detach(layer); });
-}
-
 bool Capture::inUseElsewhere() const {
   return ports_.device.inUseElsewhere();
 }

@@ -25,9 +25,6 @@ struct CameraFrame {
   std::shared_ptr<const void> image;
 };
 
-// A platform view that shows the session's video.
-using PreviewLayer = std::shared_ptr<void>;
-
 // The camera. Its methods are called on the session queue; it delivers frames
 // to the sink from a thread of its own (which may be the frame queue itself),
 // and never after stopRunning returned.
@@ -41,8 +38,6 @@ class CameraDevice {
   virtual bool configure() = 0;
   virtual void startRunning(Sink sink) = 0;
   virtual void stopRunning() = 0;
-  virtual void attach(const PreviewLayer& layer) = 0;
-  virtual void detach(const PreviewLayer& layer) = 0;
   // Another application holds the device.
   virtual bool inUseElsewhere() const = 0;
 };
@@ -125,8 +120,6 @@ class Capture {
   void stop();
   // Final: stops a running session, and every later start does nothing.
   void revoke();
-  void attach(PreviewLayer layer);
-  void detach(PreviewLayer layer);
   bool inUseElsewhere() const;
 
   bool running() const { return running_; }

@@ -38,8 +38,6 @@ class SimCamera final : public CameraDevice, public Detector {
   bool configure() override { return true; }
   void startRunning(Sink sink) override;
   void stopRunning() override;
-  void attach(const PreviewLayer&) override {}
-  void detach(const PreviewLayer&) override {}
   bool inUseElsewhere() const override { return false; }
 
   void detect(const CameraFrame& frame, const FramePlan& plan, Detections& out) override;

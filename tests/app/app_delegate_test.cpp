@@ -114,6 +114,7 @@ TEST(AppAlert, WithTheBlurStyleTheBorderNeverShowsAndTheBlurFollowsTheSeverity) 
 
 TEST(AppPeek, TheCompanionPeeksAtMostOnceInFifteenMinutesUnlessAskedByHand) {
   AppHarness h;
+  h.app->store().setDoraniCelebrated(1);  // a user whose level was already celebrated
   h.launch(true);
   h.advance(8.05);
   ASSERT_EQ(h.app->monitor().phase(), Phase::sampling);
@@ -121,7 +122,8 @@ TEST(AppPeek, TheCompanionPeeksAtMostOnceInFifteenMinutesUnlessAskedByHand) {
   EXPECT_TRUE(h.app->pills().current()->isBuddy());
   ASSERT_TRUE(h.runUntil(Phase::idle, 6));
   // The good check ends the peek with a happy face, which soon goes.
-  EXPECT_TRUE(h.app->pills().current() && h.app->pills().current()->isBuddy());
+  ASSERT_TRUE(h.app->pills().current());
+  EXPECT_EQ(h.app->pills().current()->art.describe(), "buddy(happy)");
   h.advance(2);
   EXPECT_FALSE(h.app->pills().current());
 
@@ -191,12 +193,54 @@ TEST(AppStatus, TheStatusItemFollowsTheMonitor) {
   EXPECT_GT(h.shell.statusDraws, draws);
   const auto menu = h.app->quickMenu();
   EXPECT_FALSE(menu.empty());
-  h.app->perform(MenuAction::toggle);
-  EXPECT_FALSE(h.app->monitor().enabled());
   h.app->perform(MenuAction::openPage, 10);
   EXPECT_EQ(h.shell.pages.back(), PanelPage::settings);
   h.app->perform(MenuAction::quit);
   EXPECT_EQ(h.shell.calls.back(), "terminate");
+}
+
+TEST(AppMenu, ToggleSwitchesTheChecksWithAPillOrTeachesThePostureFirst) {
+  AppHarness h;
+  h.launch(true);
+  h.app->perform(MenuAction::toggle);
+  EXPECT_FALSE(h.app->monitor().enabled());
+  EXPECT_EQ(h.pill(), "자세 확인 꺼짐 | 다시 켜기 전까지 카메라를 쓰지 않아요");
+  EXPECT_EQ(h.shell.look.eyes, StatusIcon::Eyes::closed);
+  h.advance(1.7);
+  EXPECT_FALSE(h.pill().empty());
+  h.advance(0.2);
+  EXPECT_TRUE(h.pill().empty());
+  h.app->perform(MenuAction::toggle);
+  EXPECT_TRUE(h.app->monitor().enabled());
+  EXPECT_EQ(h.pill(), "자세 확인 켜짐 | 바른 자세를 지켜볼게요");
+
+  AppHarness fresh(false);
+  fresh.app->store().setGuideDone(true);
+  fresh.launch();
+  fresh.app->guide()->close();
+  fresh.advance(0.1);
+  ASSERT_FALSE(fresh.app->guide());
+  fresh.app->perform(MenuAction::toggle);
+  ASSERT_TRUE(fresh.app->guide());
+  EXPECT_EQ(fresh.app->guide()->step(), GuideModel::Step::learn);
+  EXPECT_TRUE(fresh.app->monitor().enabled());
+}
+
+TEST(AppMenu, SetupDeskOpensTheGuidesSetupStepAndReopenShowsThePageLastShown) {
+  AppHarness h;
+  h.launch(false);
+  h.app->perform(MenuAction::setupDesk);
+  ASSERT_TRUE(h.app->guide());
+  EXPECT_EQ(h.app->guide()->step(), GuideModel::Step::setup);
+  h.app->reopen();  // the guide is up: nothing opens
+  EXPECT_EQ(h.shell.pages, std::vector<PanelPage>{PanelPage::home});
+
+  AppHarness later;
+  later.launch(false);
+  later.app->perform(MenuAction::openPage, 7);
+  later.app->reopen();
+  EXPECT_EQ(later.shell.pages,
+            (std::vector<PanelPage>{PanelPage::home, PanelPage::history, PanelPage::history}));
 }
 
 TEST(AppState, TheGroupsSeeThePostureOnlyWhenItHasAName) {

@@ -24,8 +24,6 @@ struct Camera : CameraDevice {
     ++stops;
     sink = nullptr;
   }
-  void attach(const PreviewLayer&) override {}
-  void detach(const PreviewLayer&) override {}
   bool inUseElsewhere() const override { return false; }
 
   void frame(double mediaTime, bool withImage = true) {

@@ -83,10 +83,10 @@ TEST_F(LiveFeedTest, HintNamesTheFirstThingToFix) {
     std::optional<std::string> hint;
   };
   const Case cases[] = {
-      {std::nullopt, LiveFeed::centreHint},
-      {person({.shoulders = false, .far = true}), LiveFeed::closerHint},
-      {person({.shoulders = false, .pitch = false}), LiveFeed::shoulderHint},
-      {person({.pitch = false}), LiveFeed::lookUpHint},
+      {std::nullopt, "얼굴이 화면 가운데 오게 앉아 주세요"},
+      {person({.shoulders = false, .far = true}), "조금 더 가까이 앉아 주세요"},
+      {person({.shoulders = false, .pitch = false}), "점선에 어깨를 맞춰 조금 뒤로 앉아 주세요"},
+      {person({.pitch = false}), "고개를 들어 화면을 바라봐 주세요"},
       {person({}), std::nullopt},
   };
   for (const auto& c : cases) {
@@ -94,30 +94,30 @@ TEST_F(LiveFeedTest, HintNamesTheFirstThingToFix) {
     feed->start(0.1, false);
     see(c.frame, 6);
     EXPECT_EQ(feed->hint(), c.hint);
-    EXPECT_EQ(feed->needsShoulders(), c.hint == std::string(LiveFeed::shoulderHint));
+    EXPECT_EQ(feed->needsShoulders(), c.hint == std::string("점선에 어깨를 맞춰 조금 뒤로 앉아 주세요"));
   }
 }
 
 TEST_F(LiveFeedTest, AHintStandsForAtLeastItsHoldTimeBeforeItChanges) {
   see(person({.far = true}));
-  EXPECT_EQ(feed->hint(), LiveFeed::closerHint) << "appears at once";
+  EXPECT_EQ(feed->hint(), "조금 더 가까이 앉아 주세요") << "appears at once";
   const Date shown = clock.now();
   see(person({.far = true}), 5);
   see(person({.shoulders = false}), 6);
-  EXPECT_EQ(feed->hint(), LiveFeed::closerHint) << "replaced within the hold";
+  EXPECT_EQ(feed->hint(), "조금 더 가까이 앉아 주세요") << "replaced within the hold";
   clock.set(shown + 1.05);
   see(person({.shoulders = false}));  // 1.15 s after it was shown
-  EXPECT_EQ(feed->hint(), LiveFeed::closerHint);
+  EXPECT_EQ(feed->hint(), "조금 더 가까이 앉아 주세요");
   see(person({.shoulders = false}));  // 1.25 s after it was shown
-  EXPECT_EQ(feed->hint(), LiveFeed::shoulderHint);
+  EXPECT_EQ(feed->hint(), "점선에 어깨를 맞춰 조금 뒤로 앉아 주세요");
 
   see(person({}), 6);  // clearing waits as well
-  EXPECT_EQ(feed->hint(), LiveFeed::shoulderHint);
+  EXPECT_EQ(feed->hint(), "점선에 어깨를 맞춰 조금 뒤로 앉아 주세요");
   clock.advance(1.2);
   see(person({}));
   EXPECT_EQ(feed->hint(), std::nullopt);
   see(std::nullopt, 2);
-  EXPECT_EQ(feed->hint(), LiveFeed::centreHint) << "a hint appearing from none is not held";
+  EXPECT_EQ(feed->hint(), "얼굴이 화면 가운데 오게 앉아 주세요") << "a hint appearing from none is not held";
 }
 
 TEST_F(LiveFeedTest, TheGlassClearsAsTheUserGetsIntoPlace) {
