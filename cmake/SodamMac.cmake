@@ -17,6 +17,7 @@ set(SODAM_MAC_FRAMEWORKS
     Foundation
     IOKit
     QuartzCore
+    Security
     Vision)
 
 file(GLOB SODAM_MAC_SOURCES CONFIGURE_DEPENDS src/mac/*.mm)

@@ -9,6 +9,7 @@ namespace sodam {
 AppDelegate::AppDelegate(Lockdown& lock, Platform platform, AppExtensions extensions)
     : lock_(lock),
       shell_(platform.shell),
+      process_(platform.process),
       clock_(platform.clock),
       scheduler_(platform.scheduler),
       calendar_(platform.calendar),
@@ -49,7 +50,7 @@ void AppDelegate::finishLaunching(bool loginLaunch) {
     app.capture_.revoke();
     app.refresh();
   });
-  lock_.watch();
+  lock_.watch(hardeningChecks(process_));
   refresh();
   if (capture_.revoked()) {
     openPanel(PanelPage::home);

@@ -92,6 +92,8 @@ class AppDelegate {
     ScreenSource& screens;
     OverlayPresenter& overlays;
     AppShell& shell;
+    // What the hardening checks read of the running process.
+    const ProcessInspector& process;
     Clock& clock;
     Scheduler& scheduler;
     Calendar calendar;
@@ -175,6 +177,7 @@ class AppDelegate {
 
   Lockdown& lock_;
   AppShell& shell_;
+  const ProcessInspector& process_;
   Clock& clock_;
   Scheduler& scheduler_;
   Calendar calendar_;

@@ -107,8 +107,7 @@ bool AppDelegate::peekAllowed() const {
 }
 
 void AppDelegate::peek(Monitor::Phase phase, const std::optional<Monitor::Outcome>& outcome) {
-  auto openDorani =
-      weakCall(self_, [](AppDelegate& app) { app.openPanel(PanelPage::dorani); });
+  auto openDorani = weakCall(self_, [](AppDelegate& app) { app.openPanel(PanelPage::dorani); });
   switch (phase) {
     case Monitor::Phase::sampling: {
       const bool due =

@@ -8,6 +8,7 @@
 #include <variant>
 
 #include "linux/file_defaults.h"
+#include "linux/linux_process_inspector.h"
 #include "sim/simulation.h"
 #include "support/text.h"
 
@@ -149,6 +150,8 @@ int runSimulate(const std::vector<std::string>& args, std::ostream& out, std::os
     return 2;
   }
   FileDefaults defaults(directory);
+  const LinuxProcessInspector process;
+  request.options.process = &process;
   request.options.sleep = [](double seconds) {
     std::this_thread::sleep_for(std::chrono::duration<double>(seconds));
   };

@@ -13,6 +13,7 @@
 #include "mac/mac_lid_device.h"
 #include "mac/mac_overlays.h"
 #include "mac/mac_power_source.h"
+#include "mac/mac_process_inspector.h"
 #include "mac/mac_screens.h"
 #include "mac/pill_presenter.h"
 #include "mac/vision_detector.h"
@@ -36,6 +37,7 @@ struct MacPorts {
   MacPillPresenter pills;
   MacScreens screens;
   MacOverlays overlays;
+  MacProcessInspector process;
 
   // The core's view of these ports; the lid device is handed over, so this
   // is called once.

@@ -20,6 +20,7 @@ AppDelegate::Platform MacPorts::platform(AppShell& shell, Scheduler& scheduler) 
                                screens,
                                overlays,
                                shell,
+                               process,
                                clock,
                                scheduler,
                                systemCalendar(),

@@ -9,6 +9,7 @@
 
 #include "mac/dispatch_queue.h"
 #include "mac/mac_camera.h"
+#include "mac/mac_process_inspector.h"
 #include "mac/mac_scheduler.h"
 #include "mac/vision_detector.h"
 #include "posture/capture.h"
@@ -83,7 +84,8 @@ void runProbe(Lockdown& lock) {
   // Made once and never destroyed: the process ends inside the run loop.
   static auto* run = new ProbeRun();
   lock.onThreat = [](const Threat&) { run->capture.revoke(); };
-  lock.watch();
+  static const MacProcessInspector process;
+  lock.watch(hardeningChecks(process));
   if (!run->capture.authorized()) {
     write(run->log, probeNoPermissionLine());
     std::exit(EXIT_FAILURE);

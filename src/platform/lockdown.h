@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/guard.h"
 #include "support/scheduler.h"
 
 namespace sodam {
@@ -41,17 +42,6 @@ class NoConfinement final : public Confinement {
   bool apply(const std::string&) override { return false; }
 };
 
-// What a hardening check found wrong with the running process.
-struct Threat {
-  std::string reason;
-};
-
-// One hardening check of the running process.
-struct Guard {
-  std::string name;
-  std::function<std::optional<Threat>()> check;
-};
-
 // Keeps the promise that no picture of the user leaves the process by a rule
 // of the operating system: right after start the process confines itself so
 // that it can neither write image or video files nor start other programs.
@@ -75,9 +65,6 @@ class Lockdown {
                              const std::optional<std::string>& cache,
                              std::string_view bundleIdentifier);
 
-  // The checks of the running process; none yet.
-  static std::vector<Guard> hardeningChecks();
-
   Lockdown(const Lockdown&) = delete;
   Lockdown& operator=(const Lockdown&) = delete;
 
@@ -90,7 +77,7 @@ class Lockdown {
 
   // Runs the checks at once and then every minute until one finds a threat;
   // after that the checks stop, since the camera stays revoked for the run.
-  void watch(std::vector<Guard> checks = hardeningChecks());
+  void watch(std::vector<Guard> checks);
   // The threat that revoked the camera, if any.
   const std::optional<Threat>& threat() const { return threat_; }
 

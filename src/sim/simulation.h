@@ -50,6 +50,8 @@ class Simulation {
     std::optional<double> speed;
     // Waits the given real seconds; called only with a speed.
     std::function<void(double)> sleep;
+    // The real process, for the hardening checks; none looks harmless.
+    const ProcessInspector* process = nullptr;
   };
 
   // The sitter's reaction time to an alert pill.
@@ -87,6 +89,7 @@ class Simulation {
   SimMachine machine_;
   Transcript transcript_;
   NoConfinement confinement_;
+  QuietProcess quietProcess_;
   std::unique_ptr<Lockdown> lock_;
   std::unique_ptr<AppDelegate> app_;
 

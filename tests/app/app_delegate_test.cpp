@@ -46,6 +46,27 @@ TEST(AppLaunch, WhatOpensDependsOnTheBaselineTheGuideAndTheLogin) {
   }
 }
 
+TEST(AppLaunch, AThreatRevokesTheCameraForTheRunAndClosesTheIconsEyes) {
+  AppHarness h(false);
+  h.process.tracer = true;
+  h.launch(true);
+  EXPECT_FALSE(h.app->guide()) << "no guide without a camera";
+  EXPECT_EQ(h.shell.pages, std::vector<PanelPage>{PanelPage::home});
+  EXPECT_EQ(h.app->monitor().nextCheck(), std::nullopt);
+  EXPECT_EQ(h.shell.look.eyes, StatusIcon::Eyes::closed);
+  EXPECT_TRUE(h.shell.look.appearsDisabled);
+
+  AppHarness later;
+  later.launch(true);
+  EXPECT_EQ(later.shell.look.eyes, StatusIcon::Eyes::open);
+  later.process.tracer = true;  // a debugger attached a while after the start
+  later.advance(Lockdown::checkIntervalSeconds + 10);
+  EXPECT_EQ(later.shell.look.eyes, StatusIcon::Eyes::closed);
+  later.app->monitor().checkNow();
+  later.advance(8);
+  EXPECT_EQ(later.app->monitor().report()->outcome.text(), "카메라 권한이 없어요");
+}
+
 TEST(AppLaunch, ASessionAlreadyLockedHoldsTheMonitor) {
   AppHarness h;
   h.machine.power.locked = true;

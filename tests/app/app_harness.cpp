@@ -26,6 +26,7 @@ AppHarness::AppHarness(bool learned) {
                                  shell,
                                  shell,
                                  shell,
+                                 process,
                                  clock,
                                  scheduler,
                                  Calendar(TimeZone::fixed(9 * 3600)),

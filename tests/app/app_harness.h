@@ -56,6 +56,14 @@ struct RecordingShell final : AppShell, PillPresenter, ScreenSource, OverlayPres
   void setAlpha(Window, double) override {}
 };
 
+// A running process whose hardening facts the test sets.
+struct ProcessDouble final : ProcessInspector {
+  bool tracer = false;
+  bool traced() const override { return tracer; }
+  std::string injectedLibraries() const override { return {}; }
+  std::optional<bool> signatureValid() const override { return std::nullopt; }
+};
+
 // The application core on the simulated laptop, in virtual time.
 struct AppHarness {
   ManualClock clock{Date::fromUnix(1'795'000'000)};
@@ -64,6 +72,7 @@ struct AppHarness {
   SimMachine machine{scheduler, clock};
   RecordingShell shell;
   NoConfinement confinement;
+  ProcessDouble process;
   std::unique_ptr<Lockdown> lock = Lockdown::engage(confinement, scheduler);
   std::unique_ptr<AppDelegate> app;
   std::vector<std::string> pillTitles;

@@ -141,7 +141,8 @@ TEST_F(LockdownTest, ThreatAtOnceLeavesNoTimerAndNoChecksLeaveNoThreat) {
   const auto lock = Lockdown::engage(confinement, scheduler);
   int told = 0;
   lock->onThreat = [&](const Threat&) { ++told; };
-  lock->watch();  // the product's own list
+  const QuietProcess quiet;
+  lock->watch(hardeningChecks(quiet));  // the product's own list, on a harmless process
   scheduler.advance(Lockdown::checkIntervalSeconds * 3);
   EXPECT_EQ(told, 0);
   EXPECT_FALSE(lock->threat());
@@ -149,6 +150,54 @@ TEST_F(LockdownTest, ThreatAtOnceLeavesNoTimerAndNoChecksLeaveNoThreat) {
   lock->watch({{"at once", [] { return std::optional<Threat>(Threat{"tampered"}); }}});
   EXPECT_EQ(told, 1);
   EXPECT_EQ(scheduler.activeTimers(), 0u);
+}
+
+struct FakeProcess final : ProcessInspector {
+  bool tracer = false;
+  std::string injected;
+  std::optional<bool> signature;
+  bool traced() const override { return tracer; }
+  std::string injectedLibraries() const override { return injected; }
+  std::optional<bool> signatureValid() const override { return signature; }
+};
+
+TEST(HardeningChecks, EachFindsItsOwnThreatAndAnUnsignedBuildIsNone) {
+  struct Case {
+    FakeProcess process;
+    std::optional<std::string> reason;
+  };
+  const auto traced = [] {
+    FakeProcess p;
+    p.tracer = true;
+    return p;
+  };
+  const auto injected = [] {
+    FakeProcess p;
+    p.injected = "/tmp/libspy.so";
+    return p;
+  };
+  const auto signature = [](std::optional<bool> valid) {
+    FakeProcess p;
+    p.signature = valid;
+    return p;
+  };
+  const Case cases[] = {
+      {FakeProcess{}, std::nullopt},
+      {traced(), "디버거가 이 앱을 들여다보고 있어요"},
+      {injected(), "다른 라이브러리가 이 앱에 끼어들었어요"},
+      {signature(false), "앱의 서명이 맞지 않아요"},
+      {signature(true), std::nullopt},
+      {signature(std::nullopt), std::nullopt},
+  };
+  for (const auto& c : cases) {
+    ManualClock clock{Date{0}};
+    ManualScheduler scheduler{clock};
+    NoConfinement confinement;
+    const auto lock = Lockdown::engage(confinement, scheduler);
+    lock->watch(hardeningChecks(c.process));
+    EXPECT_EQ(lock->threat() ? std::optional(lock->threat()->reason) : std::nullopt, c.reason)
+        << (c.reason ? *c.reason : "none");
+  }
 }
 
 }  // namespace
