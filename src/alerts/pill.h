@@ -5,7 +5,7 @@
 #include <variant>
 
 #include "alerts/theme.h"
-#include "companion/mood.h"
+#include "companion/pill_eyes.h"
 #include "posture/issue_kind.h"
 #include "support/date.h"
 

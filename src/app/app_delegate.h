@@ -51,8 +51,8 @@ class AppShell {
 // Parts of the product that are reached from the routing but live elsewhere.
 // Each default is the inert answer of a part that is not there.
 struct AppExtensions {
-  std::function<int()> companionLevel = [] { return 1; };
-  std::function<void()> companionRefresh = [] {};
+  std::function<int()> doraniLevel = [] { return 1; };
+  std::function<void()> doraniRefresh = [] {};
   // The active focus preset's switches.
   std::function<bool()> presetPosture = [] { return true; };
   std::function<bool()> presetStretch = [] { return true; };
