@@ -443,7 +443,7 @@ PillArtLayer makePillArtLayer(const Pill& pill, CGFloat scale) {
 }
 
 CALayer* makeEarsLayer(int ears, CGFloat width, CGFloat scale) {
-  auto path = companionEarsPath(ears, {{width / 2, 0}, earSpread, earHeight});
+  auto path = earsPath(ears, {{width / 2, 0}, earSpread, earHeight});
   CAShapeLayer* layer = shapeLayer(CGSizeMake(width, earRoom), path.get(), scale);
   layer.fillColor = NSColor.blackColor.CGColor;
   // A faint rim keeps black ears readable over dark windows; its part below

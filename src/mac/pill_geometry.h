@@ -56,14 +56,14 @@ struct ContentSpacing {
   static constexpr double trailing = 18;
   static constexpr double vertical = 7;
   static constexpr double artToText = 10;
-  static constexpr Size aroundCompanion{12, 8};
+  static constexpr Size aroundBuddy{12, 8};
 };
 
 // The content's size for its art and its text block (zero without text).
 inline Size contentSizeFor(Size art, Size text, bool companion) {
   using S = ContentSpacing;
   if (companion)
-    return {art.width + 2 * S::aroundCompanion.width, art.height + 2 * S::aroundCompanion.height};
+    return {art.width + 2 * S::aroundBuddy.width, art.height + 2 * S::aroundBuddy.height};
   if (text.width <= 0 || text.height <= 0)
     return {art.width + 2 * S::leading, art.height + 2 * S::vertical};
   return {S::leading + art.width + S::artToText + text.width + S::trailing,

@@ -21,7 +21,7 @@ struct EarPlacement {
 // fox, horns, antlers, antenna, unicorn, none) as one outline to fill. Each
 // ear reaches a little below the head's top so that it joins the head. An
 // unknown value draws cat ears; `none` is an empty outline.
-CFHolder<CGPathRef> companionEarsPath(int ears, EarPlacement placement);
+CFHolder<CGPathRef> earsPath(int ears, EarPlacement placement);
 
 // The menu-bar icon: an 18-point template image of a round face with the
 // companion's ears and the given eyes.

@@ -157,7 +157,7 @@ void drawEyes(CGContextRef context, StatusIcon::Eyes eyes) {
 void drawIcon(CGContextRef context, StatusIcon::Eyes eyes, int ears) {
   CGContextSetGrayFillColor(context, 0, 1);
   CGContextSetGrayStrokeColor(context, 0, 1);
-  auto earOutline = companionEarsPath(ears, iconEars);
+  auto earOutline = earsPath(ears, iconEars);
   CGContextAddPath(context, earOutline.get());
   CGContextFillPath(context);
 
@@ -175,7 +175,7 @@ void drawIcon(CGContextRef context, StatusIcon::Eyes eyes, int ears) {
 
 }  // namespace
 
-CFHolder<CGPathRef> companionEarsPath(int ears, EarPlacement placement) {
+CFHolder<CGPathRef> earsPath(int ears, EarPlacement placement) {
   Outline outline;
   const Ears kind = pillEarsFrom(ears);
   const CGFloat h = placement.height;
