@@ -50,7 +50,7 @@ class MacPillPresenter final : public PillPresenter {
   void tick();
 
   std::unique_ptr<Panels> panels_;
-  LifeToken<MacPillPresenter> life_;
+  LifeToken<MacPillPresenter> self_;
 };
 
 }  // namespace sodam

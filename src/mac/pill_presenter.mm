@@ -52,10 +52,10 @@ struct MacPillPresenter::Panels {
 };
 
 MacPillPresenter::MacPillPresenter()
-    : panels_(std::make_unique<Panels>()), life_(std::make_shared<MacPillPresenter*>(this)) {}
+    : panels_(std::make_unique<Panels>()), self_(lifeToken(this)) {}
 
 MacPillPresenter::~MacPillPresenter() {
-  *life_ = nullptr;
+  *self_ = nullptr;
   stopTicker();
   [panels_->catcher orderOut:nil];
   [panels_->drawing orderOut:nil];
@@ -86,7 +86,7 @@ MacPillPresenter::Panels& MacPillPresenter::catcherPanel() {
     NSPanel* panel = makePanel(catcherLevel);
     panel.backgroundColor = [NSColor.blackColor colorWithAlphaComponent:catcherAlpha];
     SJClickView* clicks = [[SJClickView alloc] initWithFrame:NSZeroRect];
-    auto click = weakCall(life_, [](MacPillPresenter& presenter) {
+    auto click = weakCall(self_, [](MacPillPresenter& presenter) {
       if (presenter.onCatcherClick) presenter.onCatcherClick();
     });
     clicks.action = ^{
@@ -130,7 +130,7 @@ void MacPillPresenter::followMovingArt(const PillModel& model) {
     return;
   }
   if (!panels_->ticker) {
-    auto step = weakCall(life_, [](MacPillPresenter& presenter) { presenter.tick(); });
+    auto step = weakCall(self_, [](MacPillPresenter& presenter) { presenter.tick(); });
     NSTimer* ticker = [NSTimer timerWithTimeInterval:movingArtInterval
                                              repeats:YES
                                                block:^(NSTimer*) {

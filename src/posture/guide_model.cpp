@@ -20,10 +20,7 @@ constexpr double tickToleranceSeconds = 0.02;
 }  // namespace
 
 GuideModel::GuideModel(Step start, Ports ports, std::function<void()> close)
-    : ports_(std::move(ports)),
-      close_(std::move(close)),
-      self_(std::make_shared<GuideModel*>(this)),
-      step_(start) {
+    : ports_(std::move(ports)), close_(std::move(close)), self_(lifeToken(this)), step_(start) {
   ports_.feed.onMeasure =
       weakCall(self_, [](GuideModel& g, std::optional<Measurement> m) { g.gather(m); });
 }

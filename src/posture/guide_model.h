@@ -12,6 +12,7 @@
 #include "posture/monitor.h"
 #include "support/scheduler.h"
 #include "support/signal.h"
+#include "support/weak_call.h"
 
 namespace sodam {
 
@@ -101,7 +102,7 @@ class GuideModel {
 
   Ports ports_;
   std::function<void()> close_;
-  std::shared_ptr<GuideModel*> self_;
+  LifeToken<GuideModel> self_;
   Step step_;
   Learn learn_;
   double progress_ = 0;
