@@ -138,7 +138,8 @@ std::vector<MenuItem> AppDelegate::postureMenu() const {
   return sodam::postureMenu(statusFacts());
 }
 
-void AppDelegate::perform(MenuAction action, std::optional<int> tag) {
+void AppDelegate::perform(MenuAction action, std::optional<int> tag,
+                          const std::optional<std::string>& payload) {
   switch (action) {
     case MenuAction::toggle:
       toggle();
@@ -163,6 +164,9 @@ void AppDelegate::perform(MenuAction action, std::optional<int> tag) {
       break;
     case MenuAction::openPage:
       if (auto page = tag ? pageForShortcut(*tag) : std::nullopt) openPanel(*page);
+      break;
+    case MenuAction::pickMode:
+      if (payload) extensions_.pickPreset(*payload);
       break;
     case MenuAction::startRoutine:
       startRoutine();

@@ -69,6 +69,8 @@ struct AppExtensions {
   };
   // A focus session is running.
   std::function<bool()> focusSession = [] { return false; };
+  // The user picked the focus preset of this id in the quick menu.
+  std::function<void(const std::string& presetId)> pickPreset = [](const std::string&) {};
 };
 
 // The root of the product: owns every long-lived component, wires their
@@ -122,7 +124,9 @@ class AppDelegate {
   // The menus, rebuilt by the shell each time one opens.
   std::vector<MenuItem> quickMenu() const;
   std::vector<MenuItem> postureMenu() const;
-  void perform(MenuAction action, std::optional<int> tag = std::nullopt);
+  // A chosen item's action, with the tag and represented object it was made with.
+  void perform(MenuAction action, std::optional<int> tag = std::nullopt,
+               const std::optional<std::string>& payload = std::nullopt);
 
   void openGuide(GuideModel::Step step);
   void breatheNow();

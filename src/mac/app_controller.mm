@@ -192,10 +192,7 @@ using namespace sodam;
 
 - (void)performMenuCommand:(NSMenuItem*)sender {
   SJMenuCommand* command = commandOf(sender);
-  if (!command) return;
-  std::optional<int> tag;
-  if (command.action == MenuAction::openPage) tag = static_cast<int>(sender.tag);
-  _app->core.perform(command.action, tag);
+  if (command) _app->core.perform(command.action, command.tag, command.payload);
 }
 
 #pragma mark Guide

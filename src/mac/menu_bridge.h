@@ -4,15 +4,19 @@
 
 #import <AppKit/AppKit.h>
 
+#include <optional>
+#include <string>
 #include <vector>
 
 #include "app/menus.h"
 
-// What a menu item asks of the application core; it rides on the item as its
-// represented object, so one action method serves every item.
+// What a menu item asks of the application core, with the tag and the
+// represented object the core made the item with; it rides on the item as
+// its represented object, so one action method serves every item.
 @interface SJMenuCommand : NSObject
 @property(nonatomic, readonly) sodam::MenuAction action;
-@property(nonatomic, readonly, copy, nullable) NSString* payload;
+@property(nonatomic, readonly) std::optional<int> tag;
+@property(nonatomic, readonly) std::optional<std::string> payload;
 @end
 
 NS_ASSUME_NONNULL_BEGIN

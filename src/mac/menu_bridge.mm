@@ -4,10 +4,11 @@
 
 @implementation SJMenuCommand
 
-- (instancetype)initWithAction:(sodam::MenuAction)action payload:(NSString*)payload {
+- (instancetype)initWithItem:(const sodam::MenuItem&)item {
   if ((self = [super init])) {
-    _action = action;
-    _payload = [payload copy];
+    _action = item.action;
+    _tag = item.tag;
+    _payload = item.representedObject;
   }
   return self;
 }
@@ -46,13 +47,20 @@ NSMenuItem* sectionHeader(const std::string& title) {
   return header;
 }
 
+// The menu's own font in bold: the plain system font is smaller than a
+// menu's, and the line would stand out by its size, not its weight.
+NSFont* boldMenuFont() {
+  return [NSFontManager.sharedFontManager convertFont:[NSFont menuFontOfSize:0]
+                                          toHaveTrait:NSBoldFontMask];
+}
+
 void style(NSMenuItem* made, const MenuItem& item) {
   if (item.symbol) {
     made.image = [NSImage imageWithSystemSymbolName:text(*item.symbol)
                            accessibilityDescription:nil];
   }
   if (item.bold) {
-    NSDictionary* bold = @{NSFontAttributeName : [NSFont boldSystemFontOfSize:0]};
+    NSDictionary* bold = @{NSFontAttributeName : boldMenuFont()};
     made.attributedTitle = [[NSAttributedString alloc] initWithString:text(item.title)
                                                            attributes:bold];
   }
@@ -69,8 +77,7 @@ void bind(NSMenuItem* made, const MenuItem& item, id target) {
   if (item.action == MenuAction::none) return;
   made.target = target;
   made.action = NSSelectorFromString(@"performMenuCommand:");
-  NSString* payload = item.representedObject ? text(*item.representedObject) : nil;
-  made.representedObject = [[SJMenuCommand alloc] initWithAction:item.action payload:payload];
+  made.representedObject = [[SJMenuCommand alloc] initWithItem:item];
 }
 
 NSMenuItem* makeItem(const MenuItem& item, id target) {

@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <string>
+#include <vector>
 
 #include "app/app_harness.h"
 
@@ -262,6 +264,17 @@ TEST(AppMenu, SetupDeskOpensTheGuidesSetupStepAndReopenShowsThePageLastShown) {
   later.app->reopen();
   EXPECT_EQ(later.shell.pages,
             (std::vector<PanelPage>{PanelPage::home, PanelPage::history, PanelPage::history}));
+}
+
+TEST(AppMenu, APresetItemHandsItsPresetIdToTheFocusCoach) {
+  std::vector<std::string> picked;
+  AppExtensions extensions;
+  extensions.pickPreset = [&](const std::string& id) { picked.push_back(id); };
+  AppHarness h(true, extensions);
+  h.launch(true);
+  h.app->perform(MenuAction::pickMode, std::nullopt, "B-2");
+  h.app->perform(MenuAction::pickMode);  // an item that lost its id picks nothing
+  EXPECT_EQ(picked, std::vector<std::string>{"B-2"});
 }
 
 TEST(AppState, TheGroupsSeeThePostureOnlyWhenItHasAName) {

@@ -4,7 +4,7 @@
 
 namespace sodam::testing {
 
-AppHarness::AppHarness(bool learned) {
+AppHarness::AppHarness(bool learned, AppExtensions extensions) {
   machine.sitter.setNoise(0.5, 11);
   if (learned) {
     Calendar calendar(TimeZone::fixed(9 * 3600));
@@ -31,7 +31,7 @@ AppHarness::AppHarness(bool learned) {
                                  scheduler,
                                  Calendar(TimeZone::fixed(9 * 3600)),
                                  std::nullopt};
-  app = std::make_unique<AppDelegate>(*lock, std::move(platform));
+  app = std::make_unique<AppDelegate>(*lock, std::move(platform), std::move(extensions));
 }
 
 void AppHarness::launch(bool loginLaunch) {

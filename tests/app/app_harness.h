@@ -78,7 +78,7 @@ struct AppHarness {
   std::vector<std::string> pillTitles;
 
   // With a learned posture unless told otherwise.
-  explicit AppHarness(bool learned = true);
+  explicit AppHarness(bool learned = true, AppExtensions extensions = {});
   void launch(bool loginLaunch = false);
   void advance(double seconds) { scheduler.advance(seconds); }
   // The pill up now, as "title | detail"; empty without one.
