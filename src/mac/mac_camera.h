@@ -53,6 +53,7 @@ CVPixelBufferRef pixelBuffer(const CameraFrame& frame);
 class MacCameraAccess final : public CameraAccess {
  public:
   bool authorized() override;
+  bool undecided() override;
   void request(std::function<void(bool granted)> done) override;
 };
 

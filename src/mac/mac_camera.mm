@@ -203,6 +203,11 @@ bool MacCameraAccess::authorized() {
          AVAuthorizationStatusAuthorized;
 }
 
+bool MacCameraAccess::undecided() {
+  return [AVCaptureDevice authorizationStatusForMediaType:AVMediaTypeVideo] ==
+         AVAuthorizationStatusNotDetermined;
+}
+
 void MacCameraAccess::request(std::function<void(bool granted)> done) {
   [AVCaptureDevice requestAccessForMediaType:AVMediaTypeVideo
                            completionHandler:^(BOOL granted) {

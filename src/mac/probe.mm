@@ -13,6 +13,7 @@
 #include "mac/mac_scheduler.h"
 #include "mac/vision_detector.h"
 #include "posture/capture.h"
+#include "posture/probe_access.h"
 #include "posture/probe_format.h"
 #include "support/clock.h"
 
@@ -86,11 +87,13 @@ void runProbe(Lockdown& lock) {
   lock.onThreat = [](const Threat&) { run->capture.revoke(); };
   static const MacProcessInspector process;
   lock.watch(hardeningChecks(process));
-  if (!run->capture.authorized()) {
-    write(run->log, probeNoPermissionLine());
-    std::exit(EXIT_FAILURE);
-  }
-  run->start(probeSeconds());
+  obtainProbeAccess(run->capture, run->access, [](bool allowed) {
+    if (!allowed) {
+      write(run->log, probeNoPermissionLine());
+      std::exit(EXIT_FAILURE);
+    }
+    run->start(probeSeconds());
+  });
   CFRunLoopRun();
   std::exit(EXIT_SUCCESS);
 }

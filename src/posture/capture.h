@@ -72,6 +72,9 @@ class CameraAccess {
  public:
   virtual ~CameraAccess() = default;
   virtual bool authorized() = 0;
+  // The user has not answered yet, so asking shows the system's question. A
+  // platform that never asks is never undecided.
+  virtual bool undecided() { return false; }
   // Asks the user; `done` may be called on any thread.
   virtual void request(std::function<void(bool granted)> done) = 0;
 };

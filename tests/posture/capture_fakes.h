@@ -46,15 +46,18 @@ struct FaceDetector : Detector {
   }
 };
 
-// Answers `answer`; a request waits in `pending` until the test answers it.
+// Answers `answer`, and `unanswered` to whether the user was asked; a
+// request waits in `pending` until the test answers it.
 struct Access : CameraAccess {
   bool answer = false;
+  bool unanswered = false;
   int asks = 0;
   std::function<void(bool)> pending;
   bool authorized() override {
     ++asks;
     return answer;
   }
+  bool undecided() override { return unanswered; }
   void request(std::function<void(bool)> done) override { pending = std::move(done); }
 };
 
