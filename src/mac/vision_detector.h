@@ -11,8 +11,9 @@ namespace sodam {
 
 // Runs the Vision requests a frame's plan asks for over the frame's pixel
 // buffer and converts what they observe into the core's plain values. The
-// requests are made once and reused from frame to frame, which is why two
-// threads must never share one detector. The person mask comes at the
+// requests are pinned to the revisions the measurements were tuned on, made
+// once and reused from frame to frame (the segmentation once per run of the
+// camera), which is why two threads must never share one detector. The person mask comes at the
 // balanced quality: the shoulder walk and the torso scan read its edges,
 // which the fast level blurs, and light mode already skips it on most frames.
 class VisionDetector final : public Detector {
@@ -23,6 +24,8 @@ class VisionDetector final : public Detector {
   VisionDetector& operator=(const VisionDetector&) = delete;
 
   void detect(const CameraFrame& frame, const FramePlan& plan, Detections& out) override;
+  // The person segmentation starts over with a request of its own.
+  void beginSequence() override;
 
  private:
   struct Requests;

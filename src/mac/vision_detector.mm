@@ -148,15 +148,43 @@ std::string textOf(NSString* text) {
   return utf8 ? std::string(utf8) : std::string();
 }
 
+// Every request at a fixed revision, and the landmarks in a fixed
+// constellation: a learned posture holds numbers measured by these, and a
+// newer system's default must not quietly measure differently.
+template <class Request>
+Request* pinned(NSUInteger revision) {
+  Request* request = [[Request alloc] init];
+  request.revision = revision;
+  return request;
+}
+
+VNDetectFaceLandmarksRequest* pinnedLandmarks() {
+  auto* request = pinned<VNDetectFaceLandmarksRequest>(VNDetectFaceLandmarksRequestRevision3);
+  request.constellation = VNRequestFaceLandmarksConstellation76Points;
+  return request;
+}
+
+VNGeneratePersonSegmentationRequest* pinnedPerson() {
+  auto* request =
+      pinned<VNGeneratePersonSegmentationRequest>(VNGeneratePersonSegmentationRequestRevision1);
+  request.qualityLevel = VNGeneratePersonSegmentationRequestQualityLevelBalanced;
+  request.outputPixelFormat = kCVPixelFormatType_OneComponent8;
+  return request;
+}
+
 }  // namespace
 
 struct VisionDetector::Requests {
-  VNDetectFaceRectanglesRequest* faces = [[VNDetectFaceRectanglesRequest alloc] init];
-  VNDetectFaceLandmarksRequest* landmarks = [[VNDetectFaceLandmarksRequest alloc] init];
-  VNGeneratePersonSegmentationRequest* person = [[VNGeneratePersonSegmentationRequest alloc] init];
-  VNDetectHumanBodyPoseRequest* body = [[VNDetectHumanBodyPoseRequest alloc] init];
-  VNDetectHumanHandPoseRequest* hands = [[VNDetectHumanHandPoseRequest alloc] init];
-  VNClassifyImageRequest* scene = [[VNClassifyImageRequest alloc] init];
+  // Revision 3 is the first to give the face's pitch.
+  VNDetectFaceRectanglesRequest* faces =
+      pinned<VNDetectFaceRectanglesRequest>(VNDetectFaceRectanglesRequestRevision3);
+  VNDetectFaceLandmarksRequest* landmarks = pinnedLandmarks();
+  VNGeneratePersonSegmentationRequest* person = pinnedPerson();
+  VNDetectHumanBodyPoseRequest* body =
+      pinned<VNDetectHumanBodyPoseRequest>(VNDetectHumanBodyPoseRequestRevision1);
+  VNDetectHumanHandPoseRequest* hands =
+      pinned<VNDetectHumanHandPoseRequest>(VNDetectHumanHandPoseRequestRevision1);
+  VNClassifyImageRequest* scene = pinned<VNClassifyImageRequest>(VNClassifyImageRequestRevision1);
 
   // The lists handed to the handler, made once like the requests.
   NSArray<VNRequest*>* bodyAndHandsCall = @[ body, hands ];
@@ -168,9 +196,11 @@ struct VisionDetector::Requests {
   BodyJointNames bodyJoints = bodyJointNames();
   HandJointNames handJoints = handJointNames();
 
-  Requests() {
-    person.qualityLevel = VNGeneratePersonSegmentationRequestQualityLevelBalanced;
-    person.outputPixelFormat = kCVPixelFormatType_OneComponent8;
+  // The segmentation smooths its mask over the frames it has seen; frames of
+  // a run minutes after the last would start from that old mask.
+  void freshPerson() {
+    person = pinnedPerson();
+    personCall = @[ person ];
   }
 
   void runBodyAndHands(VNImageRequestHandler* handler, Detections& out) {
@@ -224,6 +254,10 @@ struct VisionDetector::Requests {
 VisionDetector::VisionDetector() : requests_(std::make_unique<Requests>()) {}
 
 VisionDetector::~VisionDetector() = default;
+
+void VisionDetector::beginSequence() {
+  requests_->freshPerson();
+}
 
 // Each step sees what the earlier ones found: the mask waits for the faces,
 // the landmarks for the widest face, the scene for hands and a readable face.

@@ -62,7 +62,11 @@ void Capture::beginSession(const std::function<void()>& announce) {
   if (!configured_) configured_ = ports_.device.configure();
   // Unconfigured, the session runs without frames and the monitor's
   // watchdog notices.
-  if (configured_) ports_.device.startRunning([this](CameraFrame frame) { receive(frame); });
+  if (configured_) {
+    // Queued before the device can deliver, so it comes ahead of the first frame.
+    ports_.frameQueue.async([this] { ports_.detector.beginSequence(); });
+    ports_.device.startRunning([this](CameraFrame frame) { receive(frame); });
+  }
   ports_.main.post(announce);
 }
 

@@ -49,6 +49,11 @@ class Detector {
   // Fills `out` (already cleared) for the frame, following the plan's order
   // and conditions, and marks each request that ran or failed.
   virtual void detect(const CameraFrame& frame, const FramePlan& plan, Detections& out) = 0;
+  // The camera starts again, and the frames that follow have nothing to do
+  // with the ones before: a detector that carries state from frame to frame
+  // starts it afresh. Called on the frame queue, ahead of the run's first
+  // frame.
+  virtual void beginSequence() {}
 };
 
 // The blurred picture that lets the user see where they sit without a

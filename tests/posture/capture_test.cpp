@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <deque>
+#include <string>
 
 #include "posture/capture_fakes.h"
 #include "support/manual_scheduler.h"
@@ -159,6 +160,34 @@ TEST_F(CaptureTest, AFrameArrivingWhileOneWaitsIsDiscarded) {
   camera.frame(3);
   held.runAll();
   EXPECT_EQ(detector.plans.size(), 2u);
+}
+
+// Writes "S" for each new sequence and "f" for each frame it is given.
+struct SequenceDetector : fakes::FaceDetector {
+  std::string calls;
+  void beginSequence() override { calls += 'S'; }
+  void detect(const CameraFrame& frame, const FramePlan& plan, Detections& out) override {
+    calls += 'f';
+    FaceDetector::detect(frame, plan, out);
+  }
+};
+
+TEST_F(CaptureTest, EveryRunOfTheCameraStartsTheDetectorsAfresh) {
+  HeldQueue held;
+  SequenceDetector sequence;
+  Capture paced{{camera, sequence, access, nullptr, main, clock, session, held}};
+  paced.start();
+  EXPECT_EQ(sequence.calls, "") << "the detector is touched on the frame queue only";
+  camera.frame(1);
+  camera.frame(2);  // late: the first still waits
+  held.runAll();
+  camera.frame(3);
+  held.runAll();
+  paced.stop();
+  paced.start();
+  camera.frame(60);
+  held.runAll();
+  EXPECT_EQ(sequence.calls, "SffSf");
 }
 
 TEST_F(CaptureTest, AuthorisationIsAskedAtMostEveryTenSeconds) {
