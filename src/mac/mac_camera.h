@@ -1,9 +1,10 @@
 #pragma once
 
 // MacCamera is configured, started, stopped and given preview layers on the
-// capture's session queue and asked inUseElsewhere on the main thread, and it
-// calls its frame sink on the frame queue; MacCameraAccess answers on the
-// calling thread and calls back on a queue the system chooses.
+// capture's session queue and asked inUseElsewhere on the main thread; it
+// calls its frame sink on the frame queue, and handles the loss of its
+// device on the session queue. MacCameraAccess answers on the calling thread
+// and calls back on a queue the system chooses.
 
 #include <CoreVideo/CoreVideo.h>
 
@@ -18,15 +19,21 @@
 
 namespace sodam {
 
-// The built-in camera (or, without one, the default video device) behind one
-// capture session, delivering 1280x720 full-range 4:2:0 frames, unmirrored,
-// at up to 15 a second. A frame's media time is the sample buffer's
-// presentation time, so that pacing measures the spacing of capture and not
-// the jitter of delivery; its image holds the sample buffer.
+// The built-in camera (or, without a usable one, the default video device,
+// or any other camera) behind one capture session, delivering 1280x720
+// full-range 4:2:0 frames, unmirrored, at up to 15 a second, with Center
+// Stage off. A suspended camera (the built-in one with the lid closed) is
+// passed over. A camera that is unplugged or fails while running is looked
+// for again at once, and a camera lost while stopped on the next start.
+// While a feature wants frames the process holds an activity, so that App
+// Nap does not slow its timers and queues. A frame's media time is the sample
+// buffer's presentation time, so that pacing measures the spacing of capture
+// and not the jitter of delivery; its image holds the sample buffer.
 class MacCamera final : public CameraDevice {
  public:
-  // Frames are delivered straight onto this queue.
-  explicit MacCamera(DispatchSerialQueue& frameQueue);
+  // `sessionQueue` is the capture's; frames are delivered straight onto
+  // `frameQueue`.
+  MacCamera(DispatchSerialQueue& sessionQueue, DispatchSerialQueue& frameQueue);
   ~MacCamera() override;
   MacCamera(const MacCamera&) = delete;
   MacCamera& operator=(const MacCamera&) = delete;
@@ -39,7 +46,9 @@ class MacCamera final : public CameraDevice {
 
  private:
   struct Session;
-  std::unique_ptr<Session> session_;
+  // Shared with the notification handlers, which may outlive this object by
+  // one hop to the session queue.
+  std::shared_ptr<Session> session_;
 };
 
 // The pixel buffer of a frame made by MacCamera; not retained, so it lives as

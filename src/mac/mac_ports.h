@@ -28,7 +28,7 @@ struct MacPorts {
   DispatchSerialQueue sessionQueue{"capture.session"};
   DispatchSerialQueue frameQueue{"capture.frames"};
   DispatchSerialQueue lidQueue{lidQueueLabel};
-  MacCamera camera{frameQueue};
+  MacCamera camera{sessionQueue, frameQueue};
   VisionDetector detector;
   MacCameraAccess access;
   CoreImageGlass glass;

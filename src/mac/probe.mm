@@ -49,7 +49,7 @@ struct ProbeRun {
   MacScheduler scheduler;
   DispatchSerialQueue sessionQueue{"capture.session"};
   DispatchSerialQueue frameQueue{"capture.frames"};
-  MacCamera camera{frameQueue};
+  MacCamera camera{sessionQueue, frameQueue};
   MacCameraAccess access;
   VisionDetector detector;
   Capture capture{{camera, detector, access, nullptr, scheduler, clock, sessionQueue, frameQueue}};
