@@ -5,7 +5,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <memory>
 
 #include "mac/app_controller.h"
 #include "mac/mac_confinement.h"
@@ -32,21 +31,26 @@ bool hasFlag(int argc, char** argv, const char* flag) {
 
 }  // namespace
 
+// The application, its ports and the lock are made once and never destroyed,
+// on purpose: quitting ends the process with no stopping routine, and
+// everything that must outlive the run was written when it changed. Kept in
+// statics with destructors, they would be torn down inside exit(), in an
+// order nobody chose, with the capture's destructor waiting on its queues.
 int main(int argc, char** argv) {
   if (hasFlag(argc, argv, logHelperFlag)) runLogHelper();
   @autoreleasepool {
-    // Made once and kept for the life of the process: there is no shutdown.
-    static sodam::MacScheduler scheduler;
-    static sodam::MacConfinement confinement;
+    auto* scheduler = new sodam::MacScheduler();
+    auto* confinement = new sodam::MacConfinement();
     // The log helper is started here once it exists: before the lock, which
     // forbids starting programs from then on.
-    static std::unique_ptr<sodam::Lockdown> lock = sodam::Lockdown::engage(confinement, scheduler);
+    sodam::Lockdown* lock = sodam::Lockdown::engage(*confinement, *scheduler).release();
     if (hasFlag(argc, argv, sodam::probeFlag)) sodam::runProbe(*lock);
 
     NSApplication* application = NSApplication.sharedApplication;
-    // The application holds its delegate weakly.
-    static SJAppController* controller = [[SJAppController alloc] initWithLock:*lock
-                                                                     scheduler:scheduler];
+    SJAppController* controller = [[SJAppController alloc] initWithLock:*lock scheduler:*scheduler];
+    // The application holds its delegate weakly; this reference is never
+    // given back, so the controller lives until the process ends.
+    (void)CFBridgingRetain(controller);
     application.delegate = controller;
     [application setActivationPolicy:NSApplicationActivationPolicyAccessory];
     [application run];
