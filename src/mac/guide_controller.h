@@ -19,7 +19,8 @@ NS_ASSUME_NONNULL_BEGIN
                        shield:(sodam::CaptureShield&)shield NS_DESIGNATED_INITIALIZER;
 - (instancetype)init NS_UNAVAILABLE;
 
-// Activates the application, centres the window and brings it to the front.
+// Activates the application, centres the window and brings it to the front
+// even when the system declines the activation.
 - (void)present;
 // Orders the window out and lets go of the model, the feed's callback and the
 // shield; after this the model and feed are never touched again.

@@ -102,11 +102,17 @@ BOOL reduceMotion() {
                                       defer:NO];
   window.title = @"소담자리";
   window.releasedWhenClosed = NO;
+  // The sandbox refuses the saved state's files, and a guide is always opened
+  // afresh by the application.
+  window.restorable = NO;
   window.contentView.wantsLayer = YES;
   window.delegate = self;
   return window;
 }
 
+// From macOS 14 activation is a request the system may turn down, for
+// instance while the user types elsewhere; the window comes to the front all
+// the same, and takes the keys once the application is active.
 - (void)present {
   if (@available(macOS 14.0, *)) {
     [NSApp activate];
@@ -114,7 +120,8 @@ BOOL reduceMotion() {
     [NSApp activateIgnoringOtherApps:YES];
   }
   [_window center];
-  [_window makeKeyAndOrderFront:nil];
+  [_window orderFrontRegardless];
+  [_window makeKeyWindow];
 }
 
 - (void)close {

@@ -16,7 +16,8 @@ static_assert(SJOnEverySpace == 337);
 // space, stays put when spaces change, is skipped by window cycling, shows
 // beside full-screen windows and never takes focus. It sits at the
 // screen-saver level, clear and without shadow, until its owner lowers it.
-// Its owner keeps it alive: closing does not release it.
+// Its owner keeps it alive: closing does not release it, and it is not
+// restored at the next launch.
 @interface SJOverlayWindow : NSWindow
 
 // Covers the whole screen, menu bar and dock included.

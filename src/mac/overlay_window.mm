@@ -21,6 +21,7 @@
   window.hasShadow = NO;
   window.ignoresMouseEvents = YES;
   window.releasedWhenClosed = NO;
+  window.restorable = NO;
   window.collectionBehavior = SJOnEverySpace;
   return window;
 }

@@ -15,7 +15,9 @@ namespace {
 constexpr NSWindowLevel drawingLevel = 25;
 constexpr NSWindowLevel catcherLevel = 26;
 
-// Nearly transparent, yet the window server still delivers clicks to it.
+// Nearly transparent. An 8-bit backing store rounds this alpha to nothing, and
+// the window server passes clicks through a window's clear parts, so the
+// catcher says outright that it takes the mouse.
 constexpr CGFloat catcherAlpha = 0.001;
 
 NSRect nsRect(Rect rect) {
@@ -34,6 +36,8 @@ NSPanel* makePanel(NSWindowLevel level) {
   panel.opaque = NO;
   panel.hasShadow = NO;
   panel.releasedWhenClosed = NO;
+  // Nothing of a pill is brought back at the next launch.
+  panel.restorable = NO;
   panel.collectionBehavior = SJOnEverySpace;
   // The application is never active, so a panel hiding on deactivation
   // would never show.
@@ -85,6 +89,7 @@ MacPillPresenter::Panels& MacPillPresenter::catcherPanel() {
   if (!panels_->catcher) {
     NSPanel* panel = makePanel(catcherLevel);
     panel.backgroundColor = [NSColor.blackColor colorWithAlphaComponent:catcherAlpha];
+    panel.ignoresMouseEvents = NO;
     SJClickView* clicks = [[SJClickView alloc] initWithFrame:NSZeroRect];
     auto click = weakCall(self_, [](MacPillPresenter& presenter) {
       if (presenter.onCatcherClick) presenter.onCatcherClick();
