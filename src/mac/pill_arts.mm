@@ -1,3 +1,5 @@
+#include "mac/pill_arts.h"
+
 #include <cmath>
 #include <numbers>
 

@@ -1,7 +1,7 @@
 #pragma once
 
-// Main thread only: the pill's views and layers, drawn and animated by Core
-// Animation.
+// Main thread only: the pill's views, and the text and picture layers they
+// and the pill's arts draw with, animated by Core Animation.
 
 #import <AppKit/AppKit.h>
 #import <QuartzCore/QuartzCore.h>
@@ -10,12 +10,6 @@
 #include <vector>
 
 #include "alerts/pill_center.h"
-
-// An art that changes while its pill is up: the countdown ring, the
-// breathing dot, the companion's eyes following the user.
-@protocol SJMovingArt <NSObject>
-- (void)advanceTo:(sodam::Date)now gaze:(std::optional<sodam::Point>)gaze;
-@end
 
 // The drawing panel's content. It draws the black capsule, the pill's
 // content, the companion's ears and the speech bubble. Positions come from
@@ -55,18 +49,5 @@ void drawTextBlock(CALayer* layer, const std::vector<TextLine>& lines, CGFloat m
 // A layer showing a picture drawn once, at the screen's scale.
 CALayer* imageLayer(CGSize size, CGFloat scale, BOOL flipped, void (^draw)(NSRect bounds));
 NSColor* themeNSColor(Theme tint, CGFloat alpha = 1);
-
-// The art of a pill as a layer of `pillArtSize`, with the part that moves
-// (itself, for the moving arts), if any.
-struct PillArtLayer {
-  CALayer* layer;
-  id<SJMovingArt> moving;
-};
-CGSize pillArtSize(const Pill::Art& art);
-PillArtLayer makePillArtLayer(const Pill& pill, CGFloat scale);
-
-// The companion's ears over a capsule of the width: their roots stand on the
-// layer's bottom edge, which goes on the capsule's top edge.
-CALayer* makeEarsLayer(int ears, CGFloat width, CGFloat scale);
 
 }  // namespace sodam

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "mac/pill_arts.h"
 #include "mac/pill_geometry.h"
 
 namespace sodam {
