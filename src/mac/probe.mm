@@ -51,6 +51,7 @@ struct ProbeRun {
   DispatchSerialQueue frameQueue{"capture.frames"};
   MacCamera camera{sessionQueue, frameQueue};
   MacCameraAccess access;
+  MacProcessInspector process;
   VisionDetector detector;
   Capture capture{{camera, detector, access, nullptr, scheduler, clock, sessionQueue, frameQueue}};
   os_log_t log = probeLog();
@@ -85,8 +86,7 @@ void runProbe(Lockdown& lock) {
   // Made once and never destroyed: the process ends inside the run loop.
   static auto* run = new ProbeRun();
   lock.onThreat = [](const Threat&) { run->capture.revoke(); };
-  static const MacProcessInspector process;
-  lock.watch(hardeningChecks(process));
+  lock.watch(hardeningChecks(run->process));
   obtainProbeAccess(run->capture, run->access, [](bool allowed) {
     if (!allowed) {
       write(run->log, probeNoPermissionLine());
