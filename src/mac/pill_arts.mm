@@ -68,8 +68,21 @@ void setLabel(CALayer* label, NSAttributedString* text, CGFloat maxWidth, CGPoin
 - (instancetype)initWithMood:(PillEyes::Mood)mood tint:(NSColor*)tint scale:(CGFloat)scale;
 @end
 
+// An art that runs for some seconds from the pill's start and shows a number
+// of seconds left, redrawn only when it changes.
+@interface SJTimedLayer : CALayer {
+ @protected
+  Date _started;
+  int _seconds;
+  CGFloat _scale;
+}
+- (instancetype)initWithStart:(Date)started seconds:(int)seconds scale:(CGFloat)scale;
+// True once for each new number.
+- (BOOL)numberChangedTo:(int)number;
+@end
+
 // A ring that empties over the countdown, with the seconds left inside.
-@interface SJCountdownLayer : CALayer <SJMovingArt>
+@interface SJCountdownLayer : SJTimedLayer <SJMovingArt>
 - (instancetype)initWithStart:(Date)started
                       seconds:(int)seconds
                          tint:(NSColor*)tint
@@ -78,7 +91,7 @@ void setLabel(CALayer* label, NSAttributedString* text, CGFloat maxWidth, CGPoin
 
 // A dot that fills as the user breathes in and empties as they breathe out,
 // beside the time left.
-@interface SJBreatheLayer : CALayer <SJMovingArt>
+@interface SJBreatheLayer : SJTimedLayer <SJMovingArt>
 - (instancetype)initWithStart:(Date)started
                       seconds:(int)seconds
                          tint:(NSColor*)tint
@@ -277,25 +290,40 @@ CGFloat breatheTimeWidth() {
 
 @end
 
-@implementation SJCountdownLayer {
-  Date _started;
-  int _seconds;
-  CGFloat _scale;
-  CAShapeLayer* _progress;
-  CALayer* _number;
+@implementation SJTimedLayer {
   int _shownNumber;
 }
 
-- (instancetype)initWithStart:(Date)started
-                      seconds:(int)seconds
-                         tint:(NSColor*)tint
-                        scale:(CGFloat)scale {
+- (instancetype)initWithStart:(Date)started seconds:(int)seconds scale:(CGFloat)scale {
   self = [super init];
   if (self) {
     _started = started;
     _seconds = seconds;
     _scale = scale;
     _shownNumber = -1;
+  }
+  return self;
+}
+
+- (BOOL)numberChangedTo:(int)number {
+  if (number == _shownNumber) return NO;
+  _shownNumber = number;
+  return YES;
+}
+
+@end
+
+@implementation SJCountdownLayer {
+  CAShapeLayer* _progress;
+  CALayer* _number;
+}
+
+- (instancetype)initWithStart:(Date)started
+                      seconds:(int)seconds
+                         tint:(NSColor*)tint
+                        scale:(CGFloat)scale {
+  self = [super initWithStart:started seconds:seconds scale:scale];
+  if (self) {
     self.bounds = CGRectMake(0, 0, ringSide, ringSide);
     constexpr CGFloat width = 3.5;
     const CGPoint center{ringSide / 2, ringSide / 2};
@@ -327,8 +355,7 @@ CGFloat breatheTimeWidth() {
   [CATransaction setDisableActions:YES];
   _progress.strokeEnd = sodam::countdownLeft(_started, _seconds, now);
   const int number = sodam::countdownSecondsLeft(_started, _seconds, now);
-  if (number != _shownNumber) {
-    _shownNumber = number;
+  if ([self numberChangedTo:number]) {
     setLabel(_number, digits(@(number).stringValue, number >= 100 ? 10 : 12), ringSide - 8,
              CGPointMake(ringSide / 2, ringSide / 2), _scale);
   }
@@ -338,24 +365,16 @@ CGFloat breatheTimeWidth() {
 @end
 
 @implementation SJBreatheLayer {
-  Date _started;
-  int _seconds;
-  CGFloat _scale;
   CAShapeLayer* _dot;
   CALayer* _time;
-  int _shownTime;
 }
 
 - (instancetype)initWithStart:(Date)started
                       seconds:(int)seconds
                          tint:(NSColor*)tint
                         scale:(CGFloat)scale {
-  self = [super init];
+  self = [super initWithStart:started seconds:seconds scale:scale];
   if (self) {
-    _started = started;
-    _seconds = seconds;
-    _scale = scale;
-    _shownTime = -1;
     self.bounds = CGRectMake(0, 0, ringSide + breatheGap + breatheTimeWidth(), ringSide);
     const CGPoint center{ringSide / 2, ringSide / 2};
     auto rim = circlePath(center, ringSide / 2 - 0.75);
@@ -381,8 +400,7 @@ CGFloat breatheTimeWidth() {
   [CATransaction setDisableActions:YES];
   _dot.transform = CATransform3DMakeScale(dotScale, dotScale, 1);
   const int left = sodam::countdownSecondsLeft(_started, _seconds, now);
-  if (left != _shownTime) {
-    _shownTime = left;
+  if ([self numberChangedTo:left]) {
     const CGFloat width = breatheTimeWidth();
     setLabel(_time, digits(@(sodam::minutesAndSeconds(left).c_str()), 13), width,
              CGPointMake(ringSide + breatheGap + width / 2, ringSide / 2), _scale);
