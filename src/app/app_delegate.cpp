@@ -29,8 +29,23 @@ AppDelegate::AppDelegate(Lockdown& lock, Platform platform, AppExtensions extens
       monitor_(
           std::make_unique<Monitor>(Monitor::Ports{frames_, lid_, log_, store_, platform.defaults,
                                                    power_, platform.clock, platform.scheduler})),
-      feed_(capture_, lid_, platform.clock) {
+      feed_(capture_, lid_, platform.clock),
+      panelModel_({feed_, *monitor_, lock_, log_, store_}) {
   monitor_->displayHeightCm = platform.displayHeightCm;
+  connectPanel();
+}
+
+// The panel's actions, set before anything runs.
+void AppDelegate::connectPanel() {
+  panelModel_.present =
+      weakCall(self_, [](AppDelegate& app, PanelPage page) { app.shell_.openPanel(page); });
+  panelModel_.openGuide =
+      weakCall(self_, [](AppDelegate& app, GuideModel::Step step) { app.openGuide(step); });
+  panelModel_.quit = weakCall(self_, [](AppDelegate& app) { app.shell_.terminate(); });
+  panelModel_.breathe = weakCall(self_, [](AppDelegate& app) { app.breatheNow(); });
+  panelModel_.previewBuddy = weakCall(self_, [](AppDelegate& app) { app.previewBuddy(); });
+  panelModel_.previewAlert =
+      weakCall(self_, [](AppDelegate& app, AlertStyle style) { app.previewAlert(style); });
 }
 
 AppDelegate::~AppDelegate() {
@@ -130,6 +145,22 @@ void AppDelegate::refresh() {
   shell_.drawStatus(statusItem_.refresh(statusFacts()));
 }
 
+HomePage AppDelegate::homePage() const {
+  const PageRecords records{log_, work_.days(), calendar_, now()};
+  return HomePage::make(records,
+                        {statusLine(statusFacts()), monitor_->nextCheck(), work_.streakMinutes()});
+}
+
+ReportPage AppDelegate::reportPage() const {
+  return ReportPage::make({log_, work_.days(), calendar_, now()});
+}
+
+SettingsPage AppDelegate::settingsPage(CaptureShield* shield) {
+  return SettingsPage(
+      store_, lock_.summary(),
+      {monitor_.get(), shield, weakCall(self_, [](AppDelegate& app) { app.refresh(); })});
+}
+
 std::vector<MenuItem> AppDelegate::quickMenu() const {
   return sodam::quickMenu(statusFacts(), calendar_);
 }
@@ -200,11 +231,6 @@ void AppDelegate::toggle() {
   }
 }
 
-void AppDelegate::openPanel(PanelPage page) {
-  lastPage_ = page;
-  shell_.openPanel(page);
-}
-
 void AppDelegate::startRoutine() {
   if (guide_) return;
   openPanel(PanelPage::stretch);
@@ -247,7 +273,11 @@ void AppDelegate::didWake() {
 }
 
 void AppDelegate::reopen() {
-  if (!guide_) openPanel(lastPage_);
+  if (!guide_) panelModel_.reopen();
+}
+
+void AppDelegate::deactivated() {
+  panelModel_.follow(false);
 }
 
 void AppDelegate::openGuide(GuideModel::Step step) {
@@ -256,6 +286,7 @@ void AppDelegate::openGuide(GuideModel::Step step) {
     guide_->go(step);
     return;
   }
+  panelModel_.follow(false);
   monitor_->hold("guide");
   const bool firstTime = !store_.guideDone();
   GuideModel::Ports ports{feed_,  *monitor_,

@@ -9,8 +9,12 @@
 #include "alerts/blur_alert.h"
 #include "alerts/border_alert.h"
 #include "alerts/pill_center.h"
+#include "app/home_page.h"
 #include "app/menus.h"
+#include "app/panel_model.h"
 #include "app/panel_page.h"
+#include "app/report_page.h"
+#include "app/settings_page.h"
 #include "app/status_item.h"
 #include "companion/buddy_sight.h"
 #include "companion/mate_state.h"
@@ -120,6 +124,8 @@ class AppDelegate {
   void didWake();
   // The dock icon or the application was opened again.
   void reopen();
+  // The user went to another application.
+  void deactivated();
 
   // The menus, rebuilt by the shell each time one opens.
   std::vector<MenuItem> quickMenu() const;
@@ -133,6 +139,13 @@ class AppDelegate {
   void previewBuddy();
   void previewAlert(AlertStyle style);
   void refresh();
+
+  // The panel's everyday pages as they stand now.
+  HomePage homePage() const;
+  ReportPage reportPage() const;
+  // The settings page, whose changes the monitor, the status item and the
+  // shield (where the platform has one) follow at once.
+  SettingsPage settingsPage(CaptureShield* shield);
 
   bool alerting() const { return alerting_; }
   // What the study groups see of the user now.
@@ -151,6 +164,7 @@ class AppDelegate {
   LiveFeed& feed() { return feed_; }
   BuddySight& buddySight() { return sight_; }
   GuideModel* guide() { return guide_.get(); }
+  PanelModel& panelModel() { return panelModel_; }
 
  private:
   Date now() const { return clock_.now(); }
@@ -175,8 +189,8 @@ class AppDelegate {
   void nudge(const WorkLife::Nudge& nudge);
   void guideClosed(bool openedFirstTime);
   void toggle();
-  // Opens the panel on the page and remembers it for a reopen.
-  void openPanel(PanelPage page);
+  void openPanel(PanelPage page) { panelModel_.open(page); }
+  void connectPanel();
   void startRoutine();
 
   Lockdown& lock_;
@@ -200,6 +214,7 @@ class AppDelegate {
   WorkLife work_;
   std::unique_ptr<Monitor> monitor_;
   LiveFeed feed_;
+  PanelModel panelModel_;
   BuddySight sight_;
   StatusItem statusItem_;
   std::unique_ptr<GuideModel> guide_;
@@ -208,7 +223,6 @@ class AppDelegate {
   Date lastBuddy_ = Date::distantPast();
   SeverityBlur severity_;
   Date lastCloser_ = Date::distantPast();
-  PanelPage lastPage_ = PanelPage::home;
   std::vector<Timer> previewTimers_;
   Timer breatheTimer_;
   Timer borderPreviewTimer_;

@@ -65,6 +65,21 @@ const std::array<PanelPage, 10>& orderedPanelPages() {
   return pages;
 }
 
+std::vector<PanelPage> pageFamily(PanelPage page) {
+  switch (page) {
+    case PanelPage::groups:
+    case PanelPage::ranking:
+    case PanelPage::calendar:
+      return {PanelPage::groups, PanelPage::ranking, PanelPage::calendar};
+    default:
+      return {page};
+  }
+}
+
+PanelPage sidebarPage(PanelPage page) {
+  return pageFamily(page).front();
+}
+
 std::string_view pageTitle(PanelPage page) {
   return text(page).title;
 }

@@ -35,6 +35,12 @@ struct PanelSection {
 const std::array<PanelPage, 10>& orderedPanelPages();
 const std::vector<PanelSection>& panelSections();
 
+// The pages reached through one header inside the group pages: `groups`,
+// `ranking`, `calendar`; every other page is a family of its own.
+std::vector<PanelPage> pageFamily(PanelPage page);
+// The sidebar's row that stands for the page: the first of its family.
+PanelPage sidebarPage(PanelPage page);
+
 std::string_view pageTitle(PanelPage page);
 std::string_view pageCaption(PanelPage page);
 // An SF Symbol name for the sidebar and the menus.

@@ -51,8 +51,8 @@ std::unique_ptr<Lockdown> Lockdown::engage(Confinement& confinement, Scheduler& 
   return std::unique_ptr<Lockdown>(new Lockdown(scheduler, applied));
 }
 
-std::string Lockdown::summary() const {
-  if (!sandboxed_) return "보안 잠금을 걸지 못했어요";
+std::string Lockdown::summaryFor(bool sandboxed) {
+  if (!sandboxed) return "보안 잠금을 걸지 못했어요";
   return "보안 잠금이 걸려 있어요 · 사진과 영상은 파일로 남지 않아요";
 }
 

@@ -70,7 +70,10 @@ class Lockdown {
 
   bool sandboxed() const { return sandboxed_; }
   // The line of the settings page.
-  std::string summary() const;
+  std::string summary() const { return summaryFor(sandboxed_); }
+  // The same line for a process that is, or is not, confined: the command
+  // line's, which never confines itself.
+  static std::string summaryFor(bool sandboxed);
 
   // Told once, at the first threat a check finds.
   std::function<void(const Threat&)> onThreat;

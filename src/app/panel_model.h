@@ -1,0 +1,129 @@
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string_view>
+
+#include "app/panel_page.h"
+#include "platform/alert_style.h"
+#include "platform/lockdown.h"
+#include "platform/store.h"
+#include "posture/guide_model.h"
+#include "posture/live_feed.h"
+#include "posture/monitor.h"
+#include "posture/posture_log.h"
+#include "support/signal.h"
+
+namespace sodam {
+
+// The home page's cards that open into a detail view.
+enum class HomeCard { posture, alerts, stretch, worklife, insights, issues };
+
+// What the panel's views share: the page in front, the home page's open
+// card, whether the companion's eyes follow the user, and the actions the
+// views may ask of the application, which sets them when it makes the model.
+// Every view follows `onChange`. Main thread only.
+class PanelModel {
+ public:
+  using Page = PanelPage;
+  using Section = PanelSection;
+
+  // The hold that keeps the checks quiet while the companion's eyes follow
+  // the user's face.
+  static constexpr std::string_view followHold = "dorani";
+
+  struct Parts {
+    LiveFeed& feed;
+    Monitor& monitor;
+    Lockdown& lock;
+    PostureLog& log;
+    const Store& store;
+  };
+
+  explicit PanelModel(Parts parts) : parts_(parts) {}
+  // Gives back the companion's hold, if it stands.
+  ~PanelModel();
+  PanelModel(const PanelModel&) = delete;
+  PanelModel& operator=(const PanelModel&) = delete;
+
+  ChangeSignal onChange;
+
+  // The page in front while the window is up; the page last shown while it
+  // is closed, so that the window opens again where the user left it.
+  Page page() const { return page_; }
+  // Brings the window up on the page; every menu, pill and launch path
+  // comes here.
+  void open(Page page);
+  // Brings the window up on the page last shown.
+  void reopen() { open(page_); }
+  // Changes the page inside the window: the sidebar and the group pages'
+  // own header. Leaving the companion page ends following, leaving home
+  // closes its card.
+  void go(Page page);
+  // The sidebar's row for the page: the group pages' family shares one.
+  static Page sidebarPage(Page page);
+
+  bool visible() const { return visible_; }
+  // The shell's word that its window closed (or came up by itself).
+  void setVisible(bool visible);
+
+  std::optional<HomeCard> homeCard() const { return homeCard_; }
+  bool homeCardOpen() const { return homeCardOpen_; }
+  // The open card has grown over the whole page.
+  bool homeCardCover() const { return homeCardCover_; }
+  void openCard(HomeCard card);
+  void coverCard(bool cover);
+  // Closes the card; `homeCard` keeps naming it so the view can shrink it
+  // back into its tile.
+  void closeCard();
+
+  // The focus coach's set-up sheet is up.
+  bool watchSetupOpen() const { return watchSetupOpen_; }
+  void setWatchSetupOpen(bool open);
+
+  // While the companion page is in front, keeps the checks quiet so that the
+  // camera can serve the companion's eyes, which follow the user's face. It
+  // does nothing when the page is not in front or the user switched the
+  // following off; it ends when the page goes, the window closes, the guide
+  // opens or the user goes to another application.
+  bool following() const { return following_; }
+  void follow(bool on);
+
+  LiveFeed& feed() { return parts_.feed; }
+  Monitor& monitor() { return parts_.monitor; }
+  Lockdown& lock() { return parts_.lock; }
+  PostureLog& log() { return parts_.log; }
+
+  // The application's actions, set once when the application makes the model.
+  // Shows the panel's window on the page.
+  std::function<void(Page)> present;
+  std::function<void(GuideModel::Step)> openGuide;
+  std::function<void(AlertStyle)> previewAlert;
+  std::function<void()> breathe;
+  std::function<void()> previewBuddy;
+  std::function<void()> quit;
+
+  // Joining here with the features that bring them:
+  // - session: the stretch coach's running session, with start(items) and
+  //   stopSession();
+  // - watcher: the focus coach's watch engine, made on first use, and
+  //   requestWatchSetup(), which opens the set-up unless it already runs;
+  // - chat: the health coach's chat, made on first use, with consultOpen and
+  //   consultExpanded;
+  // - watch: the camera watch;
+  // - routine: the day's recommended stretch routine.
+
+ private:
+  void changed() { onChange.notify(); }
+
+  Parts parts_;
+  Page page_ = Page::home;
+  bool visible_ = false;
+  std::optional<HomeCard> homeCard_;
+  bool homeCardOpen_ = false;
+  bool homeCardCover_ = false;
+  bool watchSetupOpen_ = false;
+  bool following_ = false;
+};
+
+}  // namespace sodam
