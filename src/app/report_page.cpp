@@ -45,23 +45,6 @@ ReportDay reportDay(const PageRecords& records, const PostureLog::Day& posture) 
   return day;
 }
 
-struct HourShare {
-  int hour;
-  double share;
-};
-
-// Today's hours with enough checks to tell, in hour order.
-std::vector<HourShare> tellingHours(const ReportPage& page) {
-  std::vector<HourShare> hours;
-  for (const auto& hour : page.hours) {
-    const int checks = hour.good + hour.bad;
-    if (checks >= ReportPage::telling) {
-      hours.push_back({hour.hour, static_cast<double>(hour.good) / checks});
-    }
-  }
-  return hours;
-}
-
 // Today against the other days of the week that had enough checks.
 std::optional<std::string> trendInsight(const ReportPage& page) {
   const auto today = page.today.goodShare();
@@ -81,15 +64,37 @@ std::optional<std::string> trendInsight(const ReportPage& page) {
                 points > 0 ? "높아요" : "낮아요");
 }
 
+// The one hour with the best share among those with enough checks, and the
+// one hour with the most alerts; a tie names no hour.
 void hourInsights(const ReportPage& page, std::vector<std::string>& out) {
-  const auto hours = tellingHours(page);
-  if (hours.size() < 2) return;
-  const auto byShare = [](const HourShare& a, const HourShare& b) { return a.share < b.share; };
-  const auto best = std::max_element(hours.begin(), hours.end(), byShare);
-  const auto worst = std::min_element(hours.begin(), hours.end(), byShare);
-  if (best->share <= worst->share) return;
-  out.push_back("오늘은 " + spokenHour(best->hour) + "대에 가장 바르게 앉았어요");
-  out.push_back(spokenHour(worst->hour) + "대에 자세가 가장 자주 흐트러졌어요");
+  std::optional<int> best;
+  std::optional<int> worst;
+  double bestShare = -1;
+  double lowestShare = 2;
+  int mostBad = 0;
+  bool bestTied = false;
+  bool worstTied = false;
+  for (const auto& hour : page.hours) {
+    const int checks = hour.good + hour.bad;
+    if (checks >= ReportPage::telling) {
+      const double share = static_cast<double>(hour.good) / checks;
+      bestTied = share == bestShare || (bestTied && share < bestShare);
+      if (share > bestShare) best = hour.hour;
+      bestShare = std::max(bestShare, share);
+      lowestShare = std::min(lowestShare, share);
+    }
+    if (hour.bad > 0) {
+      worstTied = hour.bad == mostBad || (worstTied && hour.bad < mostBad);
+      if (hour.bad > mostBad) worst = hour.hour;
+      mostBad = std::max(mostBad, hour.bad);
+    }
+  }
+  if (best && !bestTied && lowestShare < bestShare) {
+    out.push_back("오늘은 " + spokenHour(*best) + "대에 가장 바르게 앉았어요");
+  }
+  if (worst && !worstTied) {
+    out.push_back(spokenHour(*worst) + "대에 자세가 가장 자주 흐트러졌어요");
+  }
 }
 
 std::vector<std::string> insightsOf(const ReportPage& page) {

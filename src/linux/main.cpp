@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "linux/report_command.h"
+#include "linux/settings_command.h"
 #include "linux/simulate_command.h"
 
 namespace {
@@ -11,7 +13,9 @@ constexpr const char* logHelperFlag = "--camera-log-helper";
 
 void printUsage(std::ostream& out) {
   out << "usage: sodamjari simulate [SCENARIO] [options]   run a day in virtual time\n"
-         "       sodamjari simulate --help                 the options\n";
+         "       sodamjari simulate --help                 the options\n"
+         "       sodamjari report [today|week] [--html FILE]   the report of the records\n"
+         "       sodamjari settings [list | get KEY | set KEY VALUE]\n";
 }
 }  // namespace
 
@@ -35,6 +39,9 @@ int main(int argc, char** argv) {
     }
     return sodam::runSimulate(rest, std::cout, std::cerr);
   }
+  const std::vector<std::string> rest(args.begin() + 1, args.end());
+  if (args.front() == "report") return sodam::runReport(rest, std::cout, std::cerr);
+  if (args.front() == "settings") return sodam::runSettings(rest, std::cout, std::cerr);
   std::cerr << "sodamjari: unknown command \"" << args.front() << "\"\n";
   printUsage(std::cerr);
   return 2;

@@ -57,6 +57,29 @@ bool isWhiteSpace(char32_t c) {
   return std::find(others.begin(), others.end(), c) != others.end();
 }
 
+// East Asian wide and full-width characters, which terminals draw two
+// columns wide.
+bool isWide(char32_t c) {
+  struct Range {
+    char32_t first;
+    char32_t last;
+  };
+  static constexpr std::array<Range, 12> wide{{{0x1100, 0x115F},
+                                               {0x2E80, 0x303E},
+                                               {0x3041, 0x33FF},
+                                               {0x3400, 0x4DBF},
+                                               {0x4E00, 0x9FFF},
+                                               {0xA000, 0xA4CF},
+                                               {0xAC00, 0xD7A3},
+                                               {0xF900, 0xFAFF},
+                                               {0xFE30, 0xFE4F},
+                                               {0xFF00, 0xFF60},
+                                               {0xFFE0, 0xFFE6},
+                                               {0x20000, 0x3FFFD}}};
+  return std::any_of(wide.begin(), wide.end(),
+                     [c](const Range& r) { return c >= r.first && c <= r.last; });
+}
+
 }  // namespace
 
 std::size_t length(std::string_view text) {
@@ -86,6 +109,16 @@ std::string trim(std::string_view text) {
     at += character.size;
   }
   return begin < end ? std::string(text.substr(begin, end - begin)) : std::string();
+}
+
+std::size_t columns(std::string_view text) {
+  std::size_t count = 0;
+  for (std::size_t at = 0; at < text.size();) {
+    const Character c = decode(text, at);
+    count += isWide(c.codePoint) ? 2 : 1;
+    at += c.size;
+  }
+  return count;
 }
 
 }  // namespace sodam::utf8

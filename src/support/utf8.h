@@ -14,6 +14,9 @@ namespace sodam::utf8 {
 std::size_t length(std::string_view text);
 // The first `count` characters; never ends inside a character.
 std::string prefix(std::string_view text, std::size_t count);
+// The columns a terminal gives the text: two for each wide character
+// (Hangul, CJK ideographs and kana, full-width forms), one for any other.
+std::size_t columns(std::string_view text);
 // Without white space (ASCII and Unicode, line breaks included) at both ends.
 std::string trim(std::string_view text);
 

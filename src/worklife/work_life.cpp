@@ -106,13 +106,17 @@ WorkLife::WorkLife(Defaults& defaults, const Store& store, const Power& power, S
       scheduler_(scheduler),
       clock_(clock),
       calendar_(calendar),
-      wrapped_(defaults.date(StoreKey::workWrapped).value) {
-  // A day that can't be read is skipped; a value that is no list is none.
+      days_(storedDays(defaults)),
+      wrapped_(defaults.date(StoreKey::workWrapped).value) {}
+
+std::vector<WorkDay> WorkLife::storedDays(const Defaults& defaults) {
+  std::vector<WorkDay> days;
   if (auto stored = defaults.jsonData(StoreKey::workDays); stored && stored->is_array()) {
     for (const auto& element : *stored) {
-      if (auto day = WorkDay::fromJson(element)) days_.push_back(std::move(*day));
+      if (auto day = WorkDay::fromJson(element)) days.push_back(std::move(*day));
     }
   }
+  return days;
 }
 
 void WorkLife::start() {

@@ -63,6 +63,10 @@ class WorkLife {
   static constexpr double tickSeconds = 30;
   static constexpr double keepSeconds = 2'592'000;  // 30 days
 
+  // The days stored under "workDays"; a day that can't be read is skipped,
+  // a value that is no list reads as none.
+  static std::vector<WorkDay> storedDays(const Defaults& defaults);
+
   // Reads the stored days and the last report's time.
   WorkLife(Defaults& defaults, const Store& store, const Power& power, Scheduler& scheduler,
            const Clock& clock, const Calendar& calendar);

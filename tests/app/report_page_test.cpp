@@ -122,19 +122,29 @@ TEST_F(Records, AWeekWithAGapKeepsItsEmptyDays) {
                              }));
 }
 
-TEST_F(Records, TheBestAndWorstHoursNeedEnoughChecksToTell) {
+TEST_F(Records, OnlyAnHourThatStandsAloneIsNamed) {
   const Date day = local(2026, 6, 3);
-  for (int i = 0; i < 6; ++i) {
-    record(day + 10 * 3600 + i * 60, Kind::good);
-    record(day + 15 * 3600 + i * 60, i < 3 ? Kind::alert : Kind::good,
-           i < 3 ? std::vector<IssueKind>{I::slouch} : std::vector<IssueKind>{});
-  }
-  // One lone alert at 17 o'clock is too few checks to name that hour.
+  const auto hourOf = [&](int hour, int alerts) {
+    for (int i = 0; i < 6; ++i) {
+      record(day + hour * 3600 + i * 60, i < alerts ? Kind::alert : Kind::good,
+             i < alerts ? std::vector<IssueKind>{I::slouch} : std::vector<IssueKind>{});
+    }
+  };
+  hourOf(10, 0);
+  hourOf(11, 1);
+  hourOf(15, 3);
+  // An alert at 17 o'clock is too few checks for a share of its own.
   record(day + 17 * 3600, Kind::alert, {I::tooClose});
-  const auto report = ReportPage::make(at(day + 18 * 3600));
+  auto report = ReportPage::make(at(day + 18 * 3600));
   EXPECT_EQ(report.insights[0], "오늘은 오전 10시대에 가장 바르게 앉았어요");
   EXPECT_EQ(report.insights[1], "오후 3시대에 자세가 가장 자주 흐트러졌어요");
   EXPECT_EQ(report.checkedHours(), (std::pair{10, 17}));
+
+  // Two hours as good as each other, two as bad: neither is named.
+  hourOf(9, 0);
+  hourOf(16, 3);
+  report = ReportPage::make(at(day + 18 * 3600));
+  EXPECT_EQ(report.insights[0], "최근 7일 동안 구부정이 가장 자주 보였어요 (7번)");
   EXPECT_EQ(spokenHour(0), "오전 12시");
   EXPECT_EQ(spokenHour(12), "오후 12시");
 }

@@ -28,6 +28,13 @@ TEST(Utf8, CountsCharactersAndEachStrayByteAsOne) {
     EXPECT_EQ(utf8::length(c.text), c.length) << c.text;
 }
 
+TEST(Utf8, HangulAndFullWidthFormsTakeTwoColumns) {
+  EXPECT_EQ(utf8::columns("거북목 3번"), 10u);
+  EXPECT_EQ(utf8::columns("6/3 화 · ███▌"), 13u);
+  EXPECT_EQ(utf8::columns("\xEF\xBC\x85"), 2u);  // a full-width percent sign
+  EXPECT_EQ(utf8::columns("\xFF"), 1u);
+}
+
 TEST(Utf8, PrefixNeverCutsACharacter) {
   EXPECT_EQ(utf8::prefix("소담자리", 2), "소담");
   EXPECT_EQ(utf8::prefix("소담자리", 0), "");
