@@ -177,6 +177,27 @@ std::optional<std::pair<int, int>> ReportPage::checkedHours() const {
   return range;
 }
 
+std::pair<int, int> ReportPage::chartHours() const {
+  constexpr int firstHour = 9;
+  constexpr int lastHour = 18;
+  const auto checked = checkedHours();
+  if (!checked) return {firstHour, lastHour};
+  return {std::min(checked->first, firstHour), std::max(checked->second, lastHour)};
+}
+
+double ReportPage::chartMinutes() const {
+  double most = fullDayMinutes;
+  for (const auto& day : week)
+    most = std::max(most, day.seatedMinutes);
+  return most;
+}
+
+ReportPage::Grade ReportPage::grade(double share) {
+  if (share >= goodShare) return Grade::good;
+  if (share >= fairShare) return Grade::fair;
+  return Grade::poor;
+}
+
 std::string percentText(std::optional<double> share) {
   if (!share) return "—";
   return format("%.0f%%", std::round(*share * 100));

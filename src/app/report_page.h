@@ -48,7 +48,14 @@ struct ReportPage {
   std::vector<std::string> insights;
   // The recommended routine's reasons join here with the stretch library.
 
+  // How a share is coloured in the charts.
+  enum class Grade { good, fair, poor };
+
   static constexpr int weekDays = 7;
+  static constexpr double goodShare = 0.8;
+  static constexpr double fairShare = 0.6;
+  // The seated time's charts reach at least a working day.
+  static constexpr double fullDayMinutes = 8 * 60;
   // An hour needs this many checks before its share says anything.
   static constexpr int telling = 5;
 
@@ -63,6 +70,12 @@ struct ReportPage {
   int weekSeatedDays() const;
   // The first and last hour with a check today; nothing without checks.
   std::optional<std::pair<int, int>> checkedHours() const;
+  // The hours a chart of today shows: 9 to 18 o'clock, and every hour with a
+  // check beyond them.
+  std::pair<int, int> chartHours() const;
+  // The longest seated time of the week, and a working day at least.
+  double chartMinutes() const;
+  static Grade grade(double share);
 };
 
 // "87%", or "—" without a share.

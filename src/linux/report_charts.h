@@ -8,8 +8,9 @@
 namespace sodam {
 
 // The report's charts as inline SVG elements, sized by their view box and
-// coloured by the classes the report's style sheet gives: `bar good`,
-// `bar fair`, `bar poor`, `bar time`, `bar issue`, `empty`, `axis`, `label`.
+// coloured by the classes the report's style sheet gives: `bar` with the
+// tint's name (`green`, `orange`, `red`, `blue`, `coral`) or `empty`, and
+// `grid`, `axis`, `label`, `value`.
 // Each bar carries a title with its numbers, and each chart a label for
 // screen readers.
 

@@ -5,6 +5,7 @@
 #include <nlohmann/json.hpp>
 
 #include "app/home_page.h"
+#include "app/report_chart.h"
 
 namespace sodam {
 namespace {
@@ -176,6 +177,32 @@ TEST_F(Records, AMonthOfRecordsReportsOnlyTheLastWeek) {
   ASSERT_EQ(report.weekIssues.size(), 1u);
   EXPECT_EQ(report.weekIssues[0].count, 7 * 9);
   EXPECT_EQ(report.hours[9].good + report.hours[9].bad, 6);
+}
+
+TEST_F(Records, ChartsSpanTheWorkingDayAndMarkWhatHasNoRecord) {
+  const Date day = local(2026, 6, 3);
+  for (int i = 0; i < 4; ++i)
+    record(day + 7 * 3600 + i * 60, i == 0 ? Kind::alert : Kind::good, {});
+  const auto report = ReportPage::make(at(day + 19 * 3600));
+
+  // From the first check at 7 to the working day's end at 18 o'clock.
+  const auto hours = hourBars(report);
+  ASSERT_EQ(hours.size(), 12u);
+  EXPECT_EQ(hours[0],
+            (ChartBar{0.75, Theme::orange, "75%", "7", "오전 7시 · 바른 자세 75% · 확인 4번"}));
+  EXPECT_EQ(hours[1], (ChartBar{std::nullopt, Theme::gray, "", "8", "오전 8시 · 확인 없음"}));
+
+  const auto days = weekShareBars(report, calendar);
+  ASSERT_EQ(days.size(), 7u);
+  EXPECT_EQ(days[0].spoken, "5/28 목 · 기록 없음");
+  EXPECT_FALSE(days[0].stressed);
+  EXPECT_TRUE(days[6].stressed);
+  EXPECT_EQ(days[6].value, "75%");
+  EXPECT_EQ(weekSeatedBars(report, calendar)[6].fill, std::nullopt);
+
+  const auto issues = issueBars({{I::slouch, 4}, {I::lean, 1}});
+  EXPECT_EQ(issues[1].fill, 0.25);
+  EXPECT_EQ(issues[1].spoken, "몸 쏠림 · 1번");
 }
 
 TEST_F(Records, TheHomePageTilesTellToday) {

@@ -106,7 +106,7 @@ TEST_F(Commands, TheReportOfASimulatedWorkdayIsOneSelfContainedPage) {
   EXPECT_EQ(count(svgs[1], "<rect"), 7);
   EXPECT_EQ(count(svgs[1], "class=\"bar empty\""), 6);
   EXPECT_EQ(count(svgs[2], "<rect"), 7);
-  EXPECT_EQ(count(svgs[3], "class=\"bar issue\""), 2);
+  EXPECT_EQ(count(svgs[3], "class=\"bar coral\""), 2);
   EXPECT_NE(svgs[3].find("거북목"), std::string::npos);
   EXPECT_GE(count(html, "<li>"), 1);
 }
