@@ -18,6 +18,7 @@ set(SODAM_MAC_FRAMEWORKS
     IOKit
     QuartzCore
     Security
+    ServiceManagement
     Vision)
 
 file(GLOB SODAM_MAC_SOURCES CONFIGURE_DEPENDS src/mac/*.mm)

@@ -161,6 +161,7 @@ class AppDelegate {
   PostureLog& log() { return log_; }
   WorkLife& work() { return work_; }
   Capture& capture() { return capture_; }
+  const Calendar& calendar() const { return calendar_; }
   LiveFeed& feed() { return feed_; }
   BuddySight& buddySight() { return sight_; }
   GuideModel* guide() { return guide_.get(); }

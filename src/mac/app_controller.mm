@@ -10,6 +10,7 @@
 #include "mac/mac_ports.h"
 #include "mac/mac_window_sharing.h"
 #include "mac/menu_bridge.h"
+#include "mac/panel_controller.h"
 #include "mac/status_icon.h"
 #include "platform/capture_shield.h"
 
@@ -17,6 +18,7 @@
 - (void)drawStatus:(const sodam::StatusItem::Refresh&)refresh;
 - (void)presentGuide:(sodam::GuideModel&)model;
 - (void)closeGuide;
+- (void)openPanel;
 @end
 
 namespace sodam {
@@ -30,9 +32,8 @@ class MacShell final : public AppShell {
   explicit MacShell(SJAppController* controller) : controller_(controller) {}
 
   void drawStatus(const StatusItem::Refresh& refresh) override { [controller_ drawStatus:refresh]; }
-  // The panel window comes with the panel's pages; until then the status
-  // item's menu is the product's whole surface, so there is nothing to open.
-  void openPanel(PanelPage) override {}
+  // The panel's model already shows the page; the window follows it.
+  void openPanel(PanelPage) override { [controller_ openPanel]; }
   void presentGuide(GuideModel& model) override { [controller_ presentGuide:model]; }
   void closeGuide() override { [controller_ closeGuide]; }
   void openUrl(const std::string& url) override {
@@ -94,6 +95,8 @@ using namespace sodam;
   NSMenu* _quickMenu;
   NSMenu* _postureMenu;
   SJGuideController* _guide;
+  // Made when the panel first opens, then kept.
+  SJPanelController* _panel;
   NSMutableArray<id>* _observers;
 }
 
@@ -156,6 +159,9 @@ using namespace sodam;
            call:&AppDelegate::screensWoke];
   [self observe:workspace name:NSWorkspaceWillSleepNotification call:&AppDelegate::willSleep];
   [self observe:workspace name:NSWorkspaceDidWakeNotification call:&AppDelegate::didWake];
+  [self observe:NSNotificationCenter.defaultCenter
+           name:NSApplicationDidResignActiveNotification
+           call:&AppDelegate::deactivated];
 }
 
 - (void)observe:(NSNotificationCenter*)center
@@ -193,6 +199,13 @@ using namespace sodam;
 - (void)performMenuCommand:(NSMenuItem*)sender {
   SJMenuCommand* command = commandOf(sender);
   if (command) _app->core.perform(command.action, command.tag, command.payload);
+}
+
+#pragma mark Panel
+
+- (void)openPanel {
+  if (!_panel) _panel = [[SJPanelController alloc] initWithCore:_app->core shield:_app->shield];
+  [_panel present];
 }
 
 #pragma mark Guide
