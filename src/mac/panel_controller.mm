@@ -139,7 +139,9 @@ std::vector<SidebarRow> sidebarRows() {
   } else {
     [NSApp activateIgnoringOtherApps:YES];
   }
-  [_window makeKeyAndOrderFront:nil];
+  // In front even when the system declines the activation.
+  [_window orderFrontRegardless];
+  [_window makeKeyWindow];
   _core->panelModel().setVisible(true);
 }
 
