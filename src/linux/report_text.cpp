@@ -24,7 +24,7 @@ std::string padded(const std::string& text, std::size_t width, bool left = false
 
 std::string summaryLine(const std::string& label, const std::string& value,
                         const std::string& detail) {
-  return padded(label, 10) + padded(value, 12) + detail;
+  return padded(label, 12) + padded(value, 12) + detail;
 }
 
 void issueLines(const std::vector<PostureLog::IssueCount>& issues, std::vector<std::string>& out) {
