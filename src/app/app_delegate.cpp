@@ -50,6 +50,7 @@ void AppDelegate::connectPanel() {
 
 AppDelegate::~AppDelegate() {
   *self_ = nullptr;
+  session_.reset();
   guide_.reset();
 }
 
@@ -118,13 +119,12 @@ bool AppDelegate::screenQuiet() const {
 }
 
 bool AppDelegate::canRelearn() const {
-  return !screenQuiet() && !extensions_.coachSession();
+  return !screenQuiet() && !session_;
 }
 
 bool AppDelegate::canNudge() const {
-  return !alerting_ && !guide_ && !extensions_.coachSession() && !pills_.current() &&
-         !cameraBusyElsewhere() && !power_.screenLocked() && !power_.displaysAsleep() &&
-         !power_.fullscreenFront();
+  return !alerting_ && !guide_ && !session_ && !pills_.current() && !cameraBusyElsewhere() &&
+         !power_.screenLocked() && !power_.displaysAsleep() && !power_.fullscreenFront();
 }
 
 StatusFacts AppDelegate::statusFacts() const {
@@ -231,12 +231,6 @@ void AppDelegate::toggle() {
   }
 }
 
-void AppDelegate::startRoutine() {
-  if (guide_) return;
-  openPanel(PanelPage::stretch);
-  extensions_.startRoutine();
-}
-
 void AppDelegate::screenLocked() {
   power_.setScreenLocked(true);
   monitor_->hold("lock");
@@ -287,6 +281,7 @@ void AppDelegate::openGuide(GuideModel::Step step) {
     return;
   }
   panelModel_.follow(false);
+  stopSession();
   monitor_->hold("guide");
   const bool firstTime = !store_.guideDone();
   GuideModel::Ports ports{feed_,  *monitor_,

@@ -16,6 +16,8 @@
 #include "app/report_page.h"
 #include "app/settings_page.h"
 #include "app/status_item.h"
+#include "coach/coach_session.h"
+#include "coach/stretch.h"
 #include "companion/buddy_sight.h"
 #include "companion/mate_state.h"
 #include "platform/alert_style.h"
@@ -61,12 +63,8 @@ struct AppExtensions {
   std::function<bool()> presetPosture = [] { return true; };
   std::function<bool()> presetStretch = [] { return true; };
   std::function<bool()> presetShare = [] { return true; };
-  // A coach session on the panel holds the camera.
-  std::function<bool()> coachSession = [] { return false; };
   // Camera uses by other applications not yet seen by the user.
   std::function<int()> unseenCameraUses = [] { return 0; };
-  // Starts the stretch routine from the log's issue weights.
-  std::function<void()> startRoutine = [] {};
   // The focus watcher's state while it runs unpaused; none otherwise.
   std::function<std::optional<MateState>()> watcherState = [] {
     return std::optional<MateState>();
@@ -135,6 +133,17 @@ class AppDelegate {
                const std::optional<std::string>& payload = std::nullopt);
 
   void openGuide(GuideModel::Step step);
+  // Opens the stretch page with the day's routine, or with the session that
+  // already runs; not while the guide is up.
+  void startRoutine();
+  // A coach session of these stretches on the stretch page, begun at once;
+  // one that ran ends.
+  void startSession(std::vector<Stretch> items);
+  void stopSession();
+  // The running coach session, finished or not, until it is closed.
+  CoachSession* coachSession() { return session_.get(); }
+  // The day's recommended routine from the posture record.
+  std::vector<Stretch> routine() const;
   void breatheNow();
   void previewBuddy();
   void previewAlert(AlertStyle style);
@@ -192,7 +201,6 @@ class AppDelegate {
   void toggle();
   void openPanel(PanelPage page) { panelModel_.open(page); }
   void connectPanel();
-  void startRoutine();
 
   Lockdown& lock_;
   AppShell& shell_;
@@ -219,6 +227,7 @@ class AppDelegate {
   BuddySight sight_;
   StatusItem statusItem_;
   std::unique_ptr<GuideModel> guide_;
+  std::unique_ptr<CoachSession> session_;
 
   bool alerting_ = false;
   Date lastBuddy_ = Date::distantPast();
