@@ -6,7 +6,7 @@ namespace {
 
 // What the simulated image holds: the person the source gave, if any.
 struct SimScene {
-  std::optional<Measurement> person;
+  std::optional<SimPerson> person;
 };
 
 }  // namespace
@@ -50,7 +50,7 @@ void SimCamera::tick() {
   scene->person = source_();
   CameraFrame frame;
   frame.mediaTime = clock_.now().sinceReference;
-  frame.size = scene->person ? scene->person->size : options_.frame;
+  frame.size = scene->person ? scene->person->face.size : options_.frame;
   frame.image = std::move(scene);
   ++framesMade_;
   // Called under the lock so that stopRunning waits for a frame on its way.

@@ -9,6 +9,7 @@
 #include "posture/capture.h"
 #include "posture/measurement.h"
 #include "sim/sim_detections.h"
+#include "sim/sim_person.h"
 #include "support/clock.h"
 #include "support/scheduler.h"
 #include "support/weak_call.h"
@@ -23,7 +24,7 @@ namespace sodam {
 // thread, and the sink is never called once stopRunning has returned.
 class SimCamera final : public CameraDevice, public Detector {
  public:
-  using Source = std::function<std::optional<Measurement>()>;
+  using Source = std::function<std::optional<SimPerson>()>;
   struct Options {
     double framesPerSecond = 15;
     Size frame{1280, 720};

@@ -205,36 +205,44 @@ Detections::BodyPose SimDetections::bodyOf(const Measurement& m) const {
   return body;
 }
 
-void SimDetections::render(const std::optional<Measurement>& person, Size frame,
+void SimDetections::render(const std::optional<SimPerson>& person, Size frame,
                            const FramePlan& plan, Detections& out) const {
   out.clear();
-  out.size = person ? person->size : frame;
+  const Measurement* face = person ? &person->face : nullptr;
+  out.size = face ? face->size : frame;
   if (plan.bodyAndHands) {
-    if (person) out.bodies.push_back(bodyOf(*person));
+    if (person) out.bodies.push_back(person->body ? *person->body : bodyOf(*face));
     out.markRan(Request::body);
     out.markRan(Request::hands);
   }
-  const bool faceShows = person && !person->fromBody;
-  if (faceShows) out.faces.push_back(faceOf(*person));
+  const bool faceShows = face && !face->fromBody;
+  if (faceShows) out.faces.push_back(faceOf(*face));
   out.markRan(Request::faces);
   if (plan.personWanted(out)) {
-    if (person) {
-      maskOf(*person, out.mask);
+    if (person && person->outline) {
+      emptyMask(out.mask);
+      person->outline->draw(out.mask, out.size);
+    } else if (person) {
+      maskOf(*face, out.mask);
     } else {
-      out.mask.width = static_cast<int>(maskSize.width);
-      out.mask.height = static_cast<int>(maskSize.height);
-      out.mask.bytes.assign(static_cast<std::size_t>(out.mask.width) * out.mask.height, 0);
+      emptyMask(out.mask);
     }
     out.markRan(Request::person);
   }
   if (faceShows) {
-    landmarksOf(*person, out.landmarks);
+    landmarksOf(*face, out.landmarks);
     out.markRan(Request::landmarks);
   }
   if (plan.sceneRegion(out)) {
-    out.scene.push_back({"consumer_electronics", person->phone.value_or(0)});
+    out.scene.push_back({"consumer_electronics", face->phone.value_or(0)});
     out.markRan(Request::scene);
   }
+}
+
+void SimDetections::emptyMask(Detections::PersonMask& mask) const {
+  mask.width = static_cast<int>(maskSize.width);
+  mask.height = static_cast<int>(maskSize.height);
+  mask.bytes.assign(static_cast<std::size_t>(mask.width) * mask.height, 0);
 }
 
 }  // namespace sodam

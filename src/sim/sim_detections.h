@@ -5,20 +5,22 @@
 #include "posture/detections.h"
 #include "posture/measurement.h"
 #include "posture/pose_reader.h"
+#include "sim/sim_person.h"
 
 namespace sodam {
 
-// Draws what the platform's detectors would report for a person whose
-// reading is `person`: landmark regions around the eyes, nose and chin, a
-// face box, a silhouette mask (head ellipse, neck, and a torso from the
-// shoulder line down) and body joints. A person marked fromBody shows no
-// face, only the body. Nothing: an empty chair.
+// Draws what the platform's detectors would report for a person: landmark
+// regions around the eyes, nose and chin of the face's reading, a face box,
+// a silhouette mask and body joints. Unless the person brings their own, the
+// mask (head ellipse, neck, and a torso from the shoulder line down) and the
+// joints are made from the face's reading. A face marked fromBody is not
+// shown, only the body. Nothing: an empty chair.
 struct SimDetections {
   Size maskSize{640, 360};  // the segmentation's own resolution
   float jointConfidence = 0.9f;
 
   // Fills `out` (cleared) for the requests the plan asks, in its order.
-  void render(const std::optional<Measurement>& person, Size frame, const FramePlan& plan,
+  void render(const std::optional<SimPerson>& person, Size frame, const FramePlan& plan,
               Detections& out) const;
 
   // The pieces, also used on their own by tests and benchmarks.
@@ -26,6 +28,8 @@ struct SimDetections {
   static void landmarksOf(const Measurement& m, Detections::FaceLandmarks& out);
   void maskOf(const Measurement& m, Detections::PersonMask& out) const;
   Detections::BodyPose bodyOf(const Measurement& m) const;
+  // A mask of the segmentation's size with nobody in it.
+  void emptyMask(Detections::PersonMask& mask) const;
 };
 
 }  // namespace sodam

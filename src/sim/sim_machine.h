@@ -23,7 +23,7 @@ class SimMachine {
   };
 
   SimMachine(Scheduler& scheduler, Clock& clock)
-      : camera(scheduler, clock, [this] { return sitter.render(); }) {}
+      : camera(scheduler, clock, [this] { return sitter.view(); }) {}
 
   std::unique_ptr<LidDevice> lidDevice() { return std::make_unique<SitterLidDevice>(sitter); }
 
