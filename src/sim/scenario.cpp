@@ -49,6 +49,8 @@ constexpr std::array fieldRules{
     FieldRule{"lowpower", Field::lowPower, Kind::flag},
     FieldRule{"idle", Field::idle, Kind::number, 0, 86400},
     FieldRule{"check", Field::check, Kind::word},
+    FieldRule{"stretch", Field::stretch, Kind::word},
+    FieldRule{"nudge", Field::nudge, Kind::flag},
 };
 
 const FieldRule* findField(std::string_view name) {

@@ -19,6 +19,8 @@ namespace sodam {
 //   09:40 forward=3 drop=1
 //   12:00 lock
 //   13:00 unlock battery=80 power=battery
+//   15:00 stretch
+//   16:00 nudge=yes
 //
 // Times are wall-clock times of the simulated day, never going back. Fields
 // and their units are those of `ScenarioChange::Field`.
@@ -45,6 +47,8 @@ struct ScenarioChange {
     lowPower,    // yes/no
     idle,        // seconds since the last input
     check,       // the user asks for a check
+    stretch,     // the user starts the day's stretch routine from the menu
+    nudge,       // yes/no: the user takes up the next stretch nudge
   };
   Field field;
   double value = 0;  // yes 1, no 0; battery 1, mains 0; 0 for the bare words

@@ -25,6 +25,7 @@ end 18:45
 12:10 lock                      # lunch
 13:05 unlock
 13:10 idle=0
+13:50 nudge=yes                 # says yes to the next stretch nudge
 14:30 drop=6                    # a slouch after lunch
 15:40 power=battery battery=64
 16:20 power=mains battery=80

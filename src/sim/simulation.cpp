@@ -92,6 +92,8 @@ void Simulation::step() {
   scheduler_.advance(stepSeconds);
   watchTheScreen();
   actLikeAUser();
+  takeNudge();
+  stretchAlong();
   if (options_.speed && *options_.speed > 0 && options_.sleep) {
     options_.sleep(stepSeconds / *options_.speed);
   }
@@ -148,13 +150,77 @@ void Simulation::actLikeAUser() {
   }
 }
 
+// The stand nudge's pill, clicked once when the scenario says so.
+void Simulation::takeNudge() {
+  const auto& pill = app_->pills().current();
+  if (!takesNudge_ || !pill || pill->detail != "같이 스트레칭할래요? 누르면 3분 루틴을 시작해요") {
+    return;
+  }
+  takesNudge_ = false;
+  transcript_.say("(앉은 사람이 알약을 눌러요)");
+  app_->pills().click();
+}
+
+// A session on the panel has the sitter follow it, and its course told; a
+// finished one is looked at and closed.
+void Simulation::stretchAlong() {
+  CoachSession* session = app_->coachSession();
+  if (session != followed_) {
+    narrator_.reset();
+    follower_.reset();
+    doneAt_.reset();
+    followed_ = session;
+    if (!session) return;
+    follower_ = std::make_unique<StretchFollower>(
+        machine_.sitter, [this] { return app_->coachSession(); }, scheduler_, clock_,
+        options_.follower);
+    narrator_ = std::make_unique<CoachNarrator>(
+        *session, [this](const std::string& line) { transcript_.say(line); });
+  }
+  if (!session || !session->phase().is(CoachSession::Phase::Kind::done)) return;
+  if (!doneAt_) {
+    doneAt_ = clock_.now();
+    stretchSummary_ = CoachNarrator::summary(*session);
+  } else if (clock_.now() - *doneAt_ >= doneLookSeconds) {
+    narrator_.reset();
+    follower_.reset();
+    session->close();
+  }
+}
+
+std::vector<std::string> Simulation::runStretch(std::optional<std::vector<Stretch>> items) {
+  constexpr double launchSeconds = 2;
+  constexpr double longestSeconds = 3600;
+  app_->finishLaunching(false);
+  const Date end = clock_.now() + longestSeconds;
+  // A first run learns the posture through the guide before anything else.
+  while (clock_.now() < end && (app_->guide() || !app_->monitor().baseline()))
+    step();
+  const Date start = clock_.now() + launchSeconds;
+  while (clock_.now() < start)
+    step();
+  if (items) {
+    app_->startSession(std::move(*items));
+  } else {
+    app_->startRoutine();
+  }
+  bool began = false;
+  while (clock_.now() < end) {
+    step();
+    began = began || followed_;
+    if (began && !app_->coachSession()) break;
+  }
+  return stretchSummary_;
+}
+
 void Simulation::apply(const ScenarioEvent& event) {
   for (const auto& change : event.changes)
     apply(change);
 }
 
 void Simulation::apply(const ScenarioChange& change) {
-  SitterPosture& p = machine_.sitter.posture;
+  // While the sitter stretches, the scenario moves the posture it returns to.
+  SitterPosture& p = follower_ ? follower_->basePosture() : machine_.sitter.posture;
   ScriptedPowerSource& power = machine_.power;
   const double v = change.value;
   switch (change.field) {
@@ -231,6 +297,12 @@ void Simulation::apply(const ScenarioChange& change) {
       break;
     case Field::check:
       if (app_) app_->monitor().checkNow();
+      break;
+    case Field::stretch:
+      if (app_) app_->perform(MenuAction::startRoutine);
+      break;
+    case Field::nudge:
+      takesNudge_ = v != 0;
       break;
   }
 }

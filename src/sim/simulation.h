@@ -7,12 +7,15 @@
 #include <string>
 
 #include "app/app_delegate.h"
+#include "coach/stretch.h"
 #include "platform/alert_style.h"
 #include "platform/defaults.h"
 #include "platform/lockdown.h"
 #include "platform/sensitivity.h"
+#include "sim/coach_narrator.h"
 #include "sim/scenario.h"
 #include "sim/sim_machine.h"
+#include "sim/stretch_follower.h"
 #include "sim/transcript.h"
 #include "support/calendar.h"
 #include "support/manual_scheduler.h"
@@ -52,10 +55,14 @@ class Simulation {
     std::function<void(double)> sleep;
     // The real process, for the hardening checks; none looks harmless.
     const ProcessInspector* process = nullptr;
+    // How the sitter follows a stretch routine.
+    StretchFollower::Habits follower = StretchFollower::good();
   };
 
   // The sitter's reaction time to an alert pill.
   static constexpr double reactionSeconds = 3;
+  // The sitter looks at a finished routine this long before closing it.
+  static constexpr double doneLookSeconds = 3;
 
   // `day` is any moment of the simulated day in the calendar.
   Simulation(Scenario scenario, Defaults& defaults, Calendar calendar, Date day,
@@ -68,6 +75,10 @@ class Simulation {
   static Date dayToSimulate(Defaults& defaults, const Calendar& calendar, Date today);
 
   SimulationSummary run();
+  // Launches, then runs a coach session of these stretches, or of the day's
+  // routine without any, until it is finished and closed. The lines of its
+  // summary; empty when it never finished.
+  std::vector<std::string> runStretch(std::optional<std::vector<Stretch>> items);
   AppDelegate& app() { return *app_; }
   const Clock& clock() const { return clock_; }
 
@@ -77,6 +88,8 @@ class Simulation {
   void step();
   void watchTheScreen();
   void actLikeAUser();
+  void stretchAlong();
+  void takeNudge();
   void updateIdle();
   SimulationSummary summarize() const;
 
@@ -99,6 +112,12 @@ class Simulation {
   std::optional<Date> sitUpAt_;
   std::optional<Date> lastReport_;
   long long blurTenths_ = 0;
+  CoachSession* followed_ = nullptr;
+  std::unique_ptr<StretchFollower> follower_;
+  std::unique_ptr<CoachNarrator> narrator_;
+  std::optional<Date> doneAt_;
+  bool takesNudge_ = false;
+  std::vector<std::string> stretchSummary_;
 };
 
 }  // namespace sodam
