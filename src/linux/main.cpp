@@ -7,6 +7,7 @@
 #include "linux/report_command.h"
 #include "linux/settings_command.h"
 #include "linux/simulate_command.h"
+#include "linux/stretch_command.h"
 
 namespace {
 constexpr const char* logHelperFlag = "--camera-log-helper";
@@ -15,7 +16,8 @@ void printUsage(std::ostream& out) {
   out << "usage: sodamjari simulate [SCENARIO] [options]   run a day in virtual time\n"
          "       sodamjari simulate --help                 the options\n"
          "       sodamjari report [today|week] [--html FILE]   the report of the records\n"
-         "       sodamjari settings [list | get KEY | set KEY VALUE]\n";
+         "       sodamjari settings [list | get KEY | set KEY VALUE]\n"
+         "       sodamjari stretch [ID...] [options]       a stretch routine with the sitter\n";
 }
 }  // namespace
 
@@ -42,6 +44,7 @@ int main(int argc, char** argv) {
   const std::vector<std::string> rest(args.begin() + 1, args.end());
   if (args.front() == "report") return sodam::runReport(rest, std::cout, std::cerr);
   if (args.front() == "settings") return sodam::runSettings(rest, std::cout, std::cerr);
+  if (args.front() == "stretch") return sodam::runStretch(rest, std::cout, std::cerr);
   std::cerr << "sodamjari: unknown command \"" << args.front() << "\"\n";
   printUsage(std::cerr);
   return 2;
