@@ -76,5 +76,15 @@ TEST(Scenario, TheBuiltInScenariosReadAndUnknownNamesDoNot) {
   EXPECT_FALSE(Scenario::builtIn("weekend"));
 }
 
+TEST(Scenario, AStretchStartsARoutineAndANudgeIsTakenOrNot) {
+  const auto parsed = Scenario::parse("10:00 stretch\n11:00 nudge=yes\n12:00 nudge=no\n");
+  ASSERT_TRUE(parsed.scenario) << parsed.error;
+  const auto& events = parsed.scenario->events;
+  EXPECT_EQ(events[0].changes, (std::vector<ScenarioChange>{{Field::stretch, 0}}));
+  EXPECT_EQ(events[1].changes, (std::vector<ScenarioChange>{{Field::nudge, 1}}));
+  EXPECT_EQ(events[2].changes, (std::vector<ScenarioChange>{{Field::nudge, 0}}));
+  EXPECT_EQ(Scenario::parse("10:00 stretch=yes\n").error, "line 1: \"stretch\" takes no value");
+}
+
 }  // namespace
 }  // namespace sodam

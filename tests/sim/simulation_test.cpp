@@ -112,5 +112,24 @@ TEST(Simulation, LiveModeWatchesAllTheTime) {
   EXPECT_GT(live.summary.cameraShare(), 0.9);
 }
 
+TEST(Simulation, TheWorkdayTakesUpOneStretchNudgeAndTellsTheRoutine) {
+  MemoryDefaults defaults;
+  const Day day = simulate("workday", defaults);
+  const auto nudge = day.between("13:55:00", "14:00:00");
+  EXPECT_TRUE(any(nudge, "(앉은 사람이 알약을 눌러요)"));
+  EXPECT_TRUE(any(nudge, "창: 스트레칭 페이지"));
+  EXPECT_TRUE(any(nudge, "스트레칭 1/4 턱 당기기 · 시작, 목표 4회"));
+  EXPECT_TRUE(any(nudge, "  \"턱을 수평으로 뒤로 밀어 두 겹 턱을 만들어요\""));
+  EXPECT_TRUE(any(nudge, "  1/4회"));
+  EXPECT_TRUE(any(nudge, "스트레칭 끝 · "));
+  // Only the one nudge is taken, and the checks go on after the routine.
+  EXPECT_FALSE(any(day.between("14:00:00", "18:45:00"), "(앉은 사람이 알약을 눌러요)"));
+  EXPECT_TRUE(any(day.between("14:00:00", "14:05:00"), "마지막 확인"));
+  const PostureLog log(defaults, ManualClock(Date::fromUnix(1'795'000'000)), Calendar());
+  ASSERT_EQ(log.stretches().size(), 1u);
+  EXPECT_EQ(log.stretches().back().ids.size(), 4u);
+  EXPECT_GE(*log.stretches().back().accuracy, 0.6);
+}
+
 }  // namespace
 }  // namespace sodam
