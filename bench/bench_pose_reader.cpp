@@ -5,35 +5,10 @@
 
 #include <benchmark/benchmark.h>
 
-#include <atomic>
-#include <cstdlib>
-#include <new>
-
+#include "counting_allocator.h"
 #include "posture/pose_reader.h"
 #include "sim/sim_detections.h"
 #include "sim/virtual_sitter.h"
-
-namespace {
-std::atomic<long long> allocations{0};
-}  // namespace
-
-// The replacements pair malloc with free, which GCC cannot see through once
-// it has inlined them into their callers.
-#if defined(__GNUC__) && !defined(__clang__)
-#pragma GCC diagnostic ignored "-Wmismatched-new-delete"
-#endif
-
-void* operator new(std::size_t size) {
-  allocations.fetch_add(1, std::memory_order_relaxed);
-  if (void* p = std::malloc(size == 0 ? 1 : size)) return p;
-  throw std::bad_alloc();
-}
-void operator delete(void* p) noexcept {
-  std::free(p);
-}
-void operator delete(void* p, std::size_t) noexcept {
-  std::free(p);
-}
 
 namespace sodam {
 namespace {
@@ -57,13 +32,13 @@ void readFrames(benchmark::State& state, bool arms) {
   for (int i = 0; i < 8; ++i)  // warm: the reader's buffers reach their size
     benchmark::DoNotOptimize(reader.read(detections, arms, false, false));
   bool measured = true;
-  const long long before = allocations.load();
+  const long long before = bench::allocations.load();
   for (auto _ : state) {
     auto result = reader.read(detections, arms, false, false);
     measured = measured && result.measurement && result.measurement->torsoWidth;
     benchmark::DoNotOptimize(result);
   }
-  const long long during = allocations.load() - before;
+  const long long during = bench::allocations.load() - before;
   state.counters["allocs_per_frame"] =
       benchmark::Counter(static_cast<double>(during) / static_cast<double>(state.iterations()));
   if (!measured) state.SkipWithError("the frame gave no torso width");

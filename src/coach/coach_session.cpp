@@ -140,6 +140,7 @@ void CoachSession::prepare() {
   used_ = FollowScore::joints(motion_);
   tracked_ = FollowScore::jointSet(motion_);
   goal_ = RepGoal::of(motion_, current().stage);
+  readable_ = FollowScore::tracksAnything(motion_, current().stage);
   std::tie(leftArmMoves_, rightArmMoves_) = FrameCheck::armsMoved(motion_);
   steady_.reset();
   neutralKey_.clear();
@@ -338,9 +339,8 @@ const Stretch* CoachSession::prior() const {
 // Without the camera nothing is followed, so a session on time alone has no
 // targets and logs no accuracy.
 bool CoachSession::tracks() const {
-  const Stretch& s = current();
-  if (!cameraOn_ || !FollowScore::tracksAnything(motion_, s.stage)) return false;
-  return s.stage == Stage::side || monitor_.baseline().has_value();
+  if (!cameraOn_ || !readable_) return false;
+  return current().stage == Stage::side || monitor_.baseline().has_value();
 }
 
 bool CoachSession::restsEyes() const {

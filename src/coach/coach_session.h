@@ -206,6 +206,7 @@ class CoachSession {
   std::vector<FollowScore::Used> used_;
   FollowScore::JointSet tracked_;
   std::optional<RepGoal> goal_;
+  bool readable_ = false;  // the stage lets the camera read the motion
   bool leftArmMoves_ = false;
   bool rightArmMoves_ = false;
 
