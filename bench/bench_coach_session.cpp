@@ -47,15 +47,15 @@ struct Desk {
                                      machine.queue, machine.power, defaults, shell, shell, shell,
                                      shell, process, clock, scheduler, calendar, std::nullopt});
     app->finishLaunching(true);
-    app->startSession({*StretchLibrary::find(id)});
+    app->panelModel().start({*StretchLibrary::find(id)});
     follower = std::make_unique<StretchFollower>(
-        machine.sitter, [this] { return app->coachSession(); }, scheduler, clock,
+        machine.sitter, [this] { return app->panelModel().session(); }, scheduler, clock,
         StretchFollower::good());
   }
 
   // Into the stretch, at its peak.
   CoachSession* playing(double secondsIn) {
-    CoachSession* s = app->coachSession();
+    CoachSession* s = app->panelModel().session();
     for (int i = 0; i < 600 && !s->phase().is(CoachSession::Phase::Kind::active); ++i)
       scheduler.advance(0.1);
     scheduler.advance(secondsIn);

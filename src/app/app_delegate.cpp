@@ -30,7 +30,7 @@ AppDelegate::AppDelegate(Lockdown& lock, Platform platform, AppExtensions extens
           std::make_unique<Monitor>(Monitor::Ports{frames_, lid_, log_, store_, platform.defaults,
                                                    power_, platform.clock, platform.scheduler})),
       feed_(capture_, lid_, platform.clock),
-      panelModel_({feed_, *monitor_, lock_, log_, store_}) {
+      panelModel_({feed_, *monitor_, lock_, log_, store_, platform.scheduler, platform.clock}) {
   monitor_->displayHeightCm = platform.displayHeightCm;
   connectPanel();
 }
@@ -42,6 +42,8 @@ void AppDelegate::connectPanel() {
   panelModel_.openGuide =
       weakCall(self_, [](AppDelegate& app, GuideModel::Step step) { app.openGuide(step); });
   panelModel_.quit = weakCall(self_, [](AppDelegate& app) { app.shell_.terminate(); });
+  panelModel_.eyesRested =
+      weakCall(self_, [](AppDelegate& app) { app.work_.rested(WorkLife::RestKind::eyes); });
   panelModel_.breathe = weakCall(self_, [](AppDelegate& app) { app.breatheNow(); });
   panelModel_.previewBuddy = weakCall(self_, [](AppDelegate& app) { app.previewBuddy(); });
   panelModel_.previewAlert =
@@ -50,7 +52,6 @@ void AppDelegate::connectPanel() {
 
 AppDelegate::~AppDelegate() {
   *self_ = nullptr;
-  session_.reset();
   guide_.reset();
 }
 
@@ -119,12 +120,13 @@ bool AppDelegate::screenQuiet() const {
 }
 
 bool AppDelegate::canRelearn() const {
-  return !screenQuiet() && !session_;
+  return !screenQuiet() && !panelModel_.session();
 }
 
 bool AppDelegate::canNudge() const {
-  return !alerting_ && !guide_ && !session_ && !pills_.current() && !cameraBusyElsewhere() &&
-         !power_.screenLocked() && !power_.displaysAsleep() && !power_.fullscreenFront();
+  return !alerting_ && !guide_ && !panelModel_.session() && !pills_.current() &&
+         !cameraBusyElsewhere() && !power_.screenLocked() && !power_.displaysAsleep() &&
+         !power_.fullscreenFront();
 }
 
 StatusFacts AppDelegate::statusFacts() const {
@@ -231,6 +233,11 @@ void AppDelegate::toggle() {
   }
 }
 
+void AppDelegate::startRoutine() {
+  if (guide_) return;
+  panelModel_.startRoutine();
+}
+
 void AppDelegate::screenLocked() {
   power_.setScreenLocked(true);
   monitor_->hold("lock");
@@ -281,7 +288,7 @@ void AppDelegate::openGuide(GuideModel::Step step) {
     return;
   }
   panelModel_.follow(false);
-  stopSession();
+  panelModel_.stopSession();
   monitor_->hold("guide");
   const bool firstTime = !store_.guideDone();
   GuideModel::Ports ports{feed_,  *monitor_,

@@ -16,8 +16,6 @@
 #include "app/report_page.h"
 #include "app/settings_page.h"
 #include "app/status_item.h"
-#include "coach/coach_session.h"
-#include "coach/stretch.h"
 #include "companion/buddy_sight.h"
 #include "companion/mate_state.h"
 #include "platform/alert_style.h"
@@ -136,14 +134,6 @@ class AppDelegate {
   // Opens the stretch page with the day's routine, or with the session that
   // already runs; not while the guide is up.
   void startRoutine();
-  // A coach session of these stretches on the stretch page, begun at once;
-  // one that ran ends.
-  void startSession(std::vector<Stretch> items);
-  void stopSession();
-  // The running coach session, finished or not, until it is closed.
-  CoachSession* coachSession() { return session_.get(); }
-  // The day's recommended routine from the posture record.
-  std::vector<Stretch> routine() const;
   void breatheNow();
   void previewBuddy();
   void previewAlert(AlertStyle style);
@@ -227,7 +217,6 @@ class AppDelegate {
   BuddySight sight_;
   StatusItem statusItem_;
   std::unique_ptr<GuideModel> guide_;
-  std::unique_ptr<CoachSession> session_;
 
   bool alerting_ = false;
   Date lastBuddy_ = Date::distantPast();

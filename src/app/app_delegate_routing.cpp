@@ -156,7 +156,7 @@ void AppDelegate::peekEnded(const std::optional<Monitor::Outcome>& outcome) {
 }
 
 void AppDelegate::suggest(const Monitor::Suggestion& suggestion) {
-  if (alerting_ || guide_ || session_) return;
+  if (alerting_ || guide_ || panelModel_.session()) return;
   if (suggestion.kind == Monitor::Suggestion::Kind::closer) {
     closer(false);
     return;
@@ -275,7 +275,7 @@ std::optional<MateState> firstPostureState(const std::optional<Reading>& reading
 }  // namespace
 
 MateState AppDelegate::currentState() const {
-  if (session_) return MateState::stretch;
+  if (panelModel_.session()) return MateState::stretch;
   if (auto watching = extensions_.watcherState()) return *watching;
   if (power_.screenLocked() || power_.displaysAsleep() || power_.sessionLocked()) {
     return MateState::away;

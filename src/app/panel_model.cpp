@@ -5,6 +5,8 @@
 namespace sodam {
 
 PanelModel::~PanelModel() {
+  *self_ = nullptr;
+  stopSession();
   if (following_) parts_.monitor.release(std::string(followHold));
 }
 

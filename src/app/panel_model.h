@@ -1,10 +1,14 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string_view>
+#include <vector>
 
 #include "app/panel_page.h"
+#include "coach/coach_session.h"
+#include "coach/stretch.h"
 #include "platform/alert_style.h"
 #include "platform/lockdown.h"
 #include "platform/store.h"
@@ -12,7 +16,10 @@
 #include "posture/live_feed.h"
 #include "posture/monitor.h"
 #include "posture/posture_log.h"
+#include "support/clock.h"
+#include "support/scheduler.h"
 #include "support/signal.h"
+#include "support/weak_call.h"
 
 namespace sodam {
 
@@ -38,10 +45,13 @@ class PanelModel {
     Lockdown& lock;
     PostureLog& log;
     const Store& store;
+    Scheduler& scheduler;
+    const Clock& clock;
   };
 
   explicit PanelModel(Parts parts) : parts_(parts) {}
-  // Gives back the companion's hold, if it stands.
+  // Gives back the companion's hold, if it stands; a session still running
+  // is closed.
   ~PanelModel();
   PanelModel(const PanelModel&) = delete;
   PanelModel& operator=(const PanelModel&) = delete;
@@ -89,6 +99,20 @@ class PanelModel {
   bool following() const { return following_; }
   void follow(bool on);
 
+  // The stretch coach's session on the stretch page, finished or not, until
+  // it is closed; none while no routine runs.
+  CoachSession* session() { return session_.get(); }
+  const CoachSession* session() const { return session_.get(); }
+  // Makes a session of the stretches, shows it on the stretch page and
+  // begins it; a session that ran ends.
+  void start(std::vector<Stretch> items);
+  void stopSession();
+  // The day's recommended routine, from the issues of the week's alerts.
+  std::vector<Stretch> routine() const;
+  // Opens the stretch page with the day's routine, or with the session that
+  // already runs.
+  void startRoutine();
+
   LiveFeed& feed() { return parts_.feed; }
   Monitor& monitor() { return parts_.monitor; }
   Lockdown& lock() { return parts_.lock; }
@@ -102,21 +126,21 @@ class PanelModel {
   std::function<void()> breathe;
   std::function<void()> previewBuddy;
   std::function<void()> quit;
+  // A session's eye rest was completed.
+  std::function<void()> eyesRested;
 
   // Joining here with the features that bring them:
-  // - session: the stretch coach's running session, with start(items) and
-  //   stopSession();
   // - watcher: the focus coach's watch engine, made on first use, and
   //   requestWatchSetup(), which opens the set-up unless it already runs;
   // - chat: the health coach's chat, made on first use, with consultOpen and
   //   consultExpanded;
-  // - watch: the camera watch;
-  // - routine: the day's recommended stretch routine.
+  // - watch: the camera watch.
 
  private:
   void changed() { onChange.notify(); }
 
   Parts parts_;
+  LifeToken<PanelModel> self_ = lifeToken(this);
   Page page_ = Page::home;
   bool visible_ = false;
   std::optional<HomeCard> homeCard_;
@@ -124,6 +148,7 @@ class PanelModel {
   bool homeCardCover_ = false;
   bool watchSetupOpen_ = false;
   bool following_ = false;
+  std::unique_ptr<CoachSession> session_;
 };
 
 }  // namespace sodam

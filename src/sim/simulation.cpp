@@ -164,7 +164,7 @@ void Simulation::takeNudge() {
 // A session on the panel has the sitter follow it, and its course told; a
 // finished one is looked at and closed.
 void Simulation::stretchAlong() {
-  CoachSession* session = app_->coachSession();
+  CoachSession* session = app_->panelModel().session();
   if (session != followed_) {
     narrator_.reset();
     follower_.reset();
@@ -172,7 +172,7 @@ void Simulation::stretchAlong() {
     followed_ = session;
     if (!session) return;
     follower_ = std::make_unique<StretchFollower>(
-        machine_.sitter, [this] { return app_->coachSession(); }, scheduler_, clock_,
+        machine_.sitter, [this] { return app_->panelModel().session(); }, scheduler_, clock_,
         options_.follower);
     narrator_ = std::make_unique<CoachNarrator>(
         *session, [this](const std::string& line) { transcript_.say(line); });
@@ -200,7 +200,7 @@ std::vector<std::string> Simulation::runStretch(std::optional<std::vector<Stretc
   while (clock_.now() < start)
     step();
   if (items) {
-    app_->startSession(std::move(*items));
+    app_->panelModel().start(std::move(*items));
   } else {
     app_->startRoutine();
   }
@@ -208,7 +208,7 @@ std::vector<std::string> Simulation::runStretch(std::optional<std::vector<Stretc
   while (clock_.now() < end) {
     step();
     began = began || followed_;
-    if (began && !app_->coachSession()) break;
+    if (began && !app_->panelModel().session()) break;
   }
   return stretchSummary_;
 }

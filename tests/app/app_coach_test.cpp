@@ -21,7 +21,7 @@ TEST(AppCoach, TheNudgeStartsTheDaysRoutineAndASecondCallOnlyShowsIt) {
   h.launch(true);
   h.app->work().onNudge(WorkLife::Nudge::stand(52));
   h.app->pills().click();
-  CoachSession* session = h.app->coachSession();
+  CoachSession* session = h.app->panelModel().session();
   ASSERT_TRUE(session);
   EXPECT_EQ(ids(session->items()),
             (std::vector<std::string>{"chinTuck", "chest", "neckSide", "catCow"}));
@@ -31,7 +31,7 @@ TEST(AppCoach, TheNudgeStartsTheDaysRoutineAndASecondCallOnlyShowsIt) {
 
   h.advance(5);
   h.app->perform(MenuAction::startRoutine);
-  EXPECT_EQ(h.app->coachSession(), session);
+  EXPECT_EQ(h.app->panelModel().session(), session);
   EXPECT_EQ(h.shell.pages.back(), PanelPage::stretch);
   // No nudge and no relearning while the session is up.
   EXPECT_FALSE(h.app->work().canNudge());
@@ -43,28 +43,28 @@ TEST(AppCoach, TheRoutineFollowsTheWeeksAlerts) {
   h.launch(true);
   for (int i = 0; i < 3; ++i)
     h.app->log().record(PostureEntry::Kind::alert, {IssueKind::tooClose});
-  EXPECT_EQ(ids(h.app->routine()).front(), "eyes");
+  EXPECT_EQ(ids(h.app->panelModel().routine()).front(), "eyes");
 }
 
 TEST(AppCoach, TheGuideEndsTheSessionAndClosingLetsItGo) {
   AppHarness h;
   h.launch(true);
   h.app->startRoutine();
-  ASSERT_TRUE(h.app->coachSession());
+  ASSERT_TRUE(h.app->panelModel().session());
   h.app->openGuide(GuideModel::Step::learn);
-  EXPECT_FALSE(h.app->coachSession());
+  EXPECT_FALSE(h.app->panelModel().session());
   EXPECT_EQ(h.app->monitor().holdReasons(), std::set<std::string>{"guide"});
   // While the guide is up the routine does not start.
   h.app->startRoutine();
-  EXPECT_FALSE(h.app->coachSession());
+  EXPECT_FALSE(h.app->panelModel().session());
 
   AppHarness other;
   other.launch(true);
-  other.app->startSession({*StretchLibrary::find("eyes")});
-  other.app->coachSession()->close();
-  EXPECT_TRUE(other.app->coachSession());  // let go on the next turn
+  other.app->panelModel().start({*StretchLibrary::find("eyes")});
+  other.app->panelModel().session()->close();
+  EXPECT_TRUE(other.app->panelModel().session());  // let go on the next turn
   other.advance(0.1);
-  EXPECT_FALSE(other.app->coachSession());
+  EXPECT_FALSE(other.app->panelModel().session());
   EXPECT_FALSE(other.app->monitor().isHeld());
 }
 
@@ -73,9 +73,9 @@ TEST(AppCoach, AFinishedRoutineIsARestForTheWorkDay) {
   h.launch(true);
   h.machine.access.granted = false;
   h.app->feed().requestAccess({});
-  h.app->startSession({*StretchLibrary::find("eyes")});
+  h.app->panelModel().start({*StretchLibrary::find("eyes")});
   h.advance(26);
-  ASSERT_TRUE(h.app->coachSession()->phase().is(Kind::done));
+  ASSERT_TRUE(h.app->panelModel().session()->phase().is(Kind::done));
   EXPECT_EQ(h.app->work().today().stands, 1);
   EXPECT_EQ(h.app->log().stretches().size(), 1u);
   EXPECT_FALSE(h.app->monitor().isHeld());

@@ -24,10 +24,10 @@ struct SessionHarness : AppHarness {
     std::vector<Stretch> items;
     for (const auto& id : ids)
       items.push_back(*StretchLibrary::find(id));
-    app->startSession(std::move(items));
-    return *app->coachSession();
+    app->panelModel().start(std::move(items));
+    return *app->panelModel().session();
   }
-  CoachSession& session() { return *app->coachSession(); }
+  CoachSession& session() { return *app->panelModel().session(); }
   // Steps a tenth at a time until the condition holds; false at the limit.
   bool runUntil(const std::function<bool()>& done, double limitSeconds) {
     const Date end = clock.now() + limitSeconds;

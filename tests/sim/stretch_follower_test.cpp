@@ -28,8 +28,8 @@ struct Followed {
 
   Followed(const std::vector<std::string>& ids, StretchFollower::Habits habits)
       : follower(
-            h.machine.sitter, [this] { return h.app->coachSession(); }, h.scheduler, h.clock,
-            habits, 5),
+            h.machine.sitter, [this] { return h.app->panelModel().session(); }, h.scheduler,
+            h.clock, habits, 5),
         session(h.start(ids)) {}
 
   bool finish() { return h.runUntil(Kind::done, 1500); }
