@@ -38,6 +38,7 @@ NSView<SJPanelPage>* SJMakePanelPage(sodam::PanelPage page, const SJPanelContext
 NSView<SJPanelPage>* SJMakeHomePage(const SJPanelContext& context);
 NSView<SJPanelPage>* SJMakeReportPage(const SJPanelContext& context);
 NSView<SJPanelPage>* SJMakeSettingsPage(const SJPanelContext& context);
+NSView<SJPanelPage>* SJMakeStretchPage(const SJPanelContext& context);
 NSView<SJPanelPage>* SJMakeComingPage(sodam::PanelPage page);
 
 // A page's frame: the content scrolls under a title and caption, inside

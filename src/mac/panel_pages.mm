@@ -12,13 +12,14 @@ NSView<SJPanelPage>* SJMakePanelPage(PanelPage page, const SJPanelContext& conte
       return SJMakeReportPage(context);
     case PanelPage::settings:
       return SJMakeSettingsPage(context);
+    case PanelPage::stretch:
+      return SJMakeStretchPage(context);
     case PanelPage::focus:
     case PanelPage::dorani:
     case PanelPage::groups:
     case PanelPage::ranking:
     case PanelPage::doctor:
     case PanelPage::desk:
-    case PanelPage::stretch:
     case PanelPage::calendar:
     case PanelPage::camera:
       return SJMakeComingPage(page);
