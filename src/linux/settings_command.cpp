@@ -49,8 +49,12 @@ std::string padded(const std::string& text, std::size_t width) {
 
 void list(const SettingsPage& page, std::ostream& out) {
   for (const auto& row : page.rows()) {
-    out << padded(std::string(row.key), 23) << padded(row.valueName(), 10)
-        << padded("(" + row.allowedText() + ")", 24) << row.title << "\n";
+    // Appended rather than concatenated: GCC 12's optimiser warns falsely of
+    // overlapping copies in `"(" + text + ")"`.
+    std::string allowed = "(";
+    allowed.append(row.allowedText()).append(")");
+    out << padded(std::string(row.key), 23) << padded(row.valueName(), 10) << padded(allowed, 24)
+        << row.title << "\n";
   }
   out << "보안 잠금: " << page.lockdownLine() << "\n";
 }
