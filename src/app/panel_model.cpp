@@ -4,9 +4,13 @@
 
 namespace sodam {
 
+// The views are gone by now and hear nothing.
 PanelModel::~PanelModel() {
   *self_ = nullptr;
-  stopSession();
+  if (session_) {
+    session_->onClose = nullptr;
+    session_->close();
+  }
   if (following_) parts_.monitor.release(std::string(followHold));
 }
 
