@@ -75,7 +75,8 @@ void PillCenter::place(const Pill& pill) {
   model_.bubble = pill.isSay() ? presenter_.bubbleSize(pill) : Size{};
   double inset = screen_.safeAreaTop;
   model_.cameraY = inset > 0 ? cameraFraction * inset : offScreenDot;
-  bool hat = pill.isBuddy() && lookHasTop && lookHasTop();
+  model_.look = look ? look() : PillLook{};
+  const bool hat = pill.isBuddy() && model_.look.hasTop();
   model_.topY = barHeight(screen_) + topGap + (hat ? hatRoom : 0);
 }
 

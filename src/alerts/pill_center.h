@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "alerts/pill.h"
+#include "companion/pill_look.h"
 #include "support/geometry.h"
 #include "support/scheduler.h"
 
@@ -39,6 +40,8 @@ struct PillModel {
   Size bubble;  // fitted size of a speech bubble, zero for other arts
   double cameraY = -8;
   double topY = 40;
+  // The companion's look at the show, for `buddy` and `say` arts.
+  PillLook look;
 
   static constexpr double dotSide = 12;
   static constexpr double bubbleGap = 14;
@@ -133,9 +136,10 @@ class PillCenter {
   // Where clicks are caught for the current pill; absent without an action.
   const std::optional<Rect>& catcherFrame() const { return catcherFrame_; }
 
-  // Whether the current look wears something on its head, so a companion
-  // pill must hang lower to keep a hat below the menu bar. Unset: no.
-  std::function<bool()> lookHasTop;
+  // The companion's look, read at each show; a companion pill whose look
+  // wears something on its head hangs lower, to keep it below the menu bar.
+  // Unset: the default look.
+  std::function<PillLook()> look;
 
  private:
   void place(const Pill& pill);

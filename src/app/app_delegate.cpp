@@ -1,6 +1,6 @@
 #include "app/app_delegate.h"
 
-#include "companion/pill_ears.h"
+#include "companion/pill_look.h"
 #include "support/text.h"
 #include "support/weak_call.h"
 
@@ -26,12 +26,16 @@ AppDelegate::AppDelegate(Lockdown& lock, Platform platform, AppExtensions extens
       blur_(platform.overlays, platform.scheduler, platform.clock),
       log_(platform.defaults, platform.clock, calendar_),
       work_(platform.defaults, store_, power_, platform.scheduler, platform.clock, calendar_),
+      dorani_({platform.defaults, store_, log_, work_, platform.clock, calendar_,
+               extensions_.focusMinutes}),
       monitor_(
           std::make_unique<Monitor>(Monitor::Ports{frames_, lid_, log_, store_, platform.defaults,
                                                    power_, platform.clock, platform.scheduler})),
       feed_(capture_, lid_, platform.clock),
       panelModel_({feed_, *monitor_, lock_, log_, store_, platform.scheduler, platform.clock}) {
   monitor_->displayHeightCm = platform.displayHeightCm;
+  pills_.look =
+      weakAsk(self_, PillLook{}, [](AppDelegate& app) { return PillLook::current(app.store_); });
   connectPanel();
 }
 
@@ -56,7 +60,7 @@ AppDelegate::~AppDelegate() {
 }
 
 void AppDelegate::finishLaunching(bool loginLaunch) {
-  statusItem_.drawn(StatusIcon::Eyes::open, store_.pillEars(pillEarsCount));
+  statusItem_.drawn(StatusIcon::Eyes::open, store_.pillEars(lookCount<PillEars>()));
   wire();
   work_.start();
   if (power_.sessionLocked()) {
@@ -139,7 +143,7 @@ StatusFacts AppDelegate::statusFacts() const {
   facts.report = monitor_->report();
   facts.cameraRevoked = capture_.revoked();
   facts.unseenCameraUses = extensions_.unseenCameraUses();
-  facts.ears = store_.pillEars(pillEarsCount);
+  facts.ears = store_.pillEars(lookCount<PillEars>());
   return facts;
 }
 

@@ -17,6 +17,7 @@
 #include "app/settings_page.h"
 #include "app/status_item.h"
 #include "companion/buddy_sight.h"
+#include "companion/dorani.h"
 #include "companion/mate_state.h"
 #include "platform/alert_style.h"
 #include "platform/lid_sensor.h"
@@ -55,8 +56,8 @@ class AppShell {
 // Parts of the product that are reached from the routing but live elsewhere.
 // Each default is the inert answer of a part that is not there.
 struct AppExtensions {
-  std::function<int()> doraniLevel = [] { return 1; };
-  std::function<void()> doraniRefresh = [] {};
+  // Minutes of focus sessions on the calendar day of the date.
+  std::function<double(Date day)> focusMinutes = [](Date) { return 0.0; };
   // The active focus preset's switches.
   std::function<bool()> presetPosture = [] { return true; };
   std::function<bool()> presetStretch = [] { return true; };
@@ -159,6 +160,7 @@ class AppDelegate {
   Power& power() { return power_; }
   PostureLog& log() { return log_; }
   WorkLife& work() { return work_; }
+  Dorani& dorani() { return dorani_; }
   Capture& capture() { return capture_; }
   const Calendar& calendar() const { return calendar_; }
   LiveFeed& feed() { return feed_; }
@@ -211,6 +213,7 @@ class AppDelegate {
   BlurAlert blur_;
   PostureLog log_;
   WorkLife work_;
+  Dorani dorani_;
   std::unique_ptr<Monitor> monitor_;
   LiveFeed feed_;
   PanelModel panelModel_;

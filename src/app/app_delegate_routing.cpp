@@ -62,7 +62,7 @@ void AppDelegate::severity(double value) {
 void AppDelegate::phaseChanged(Monitor::Phase phase,
                                const std::optional<Monitor::Outcome>& outcome) {
   const bool idle = phase == Monitor::Phase::idle;
-  if (idle && outcome) extensions_.doraniRefresh();
+  if (idle && outcome) dorani_.refresh();
   if (phase == Monitor::Phase::relearning) {
     const int seconds = static_cast<int>(Monitor::relearnPrep + Monitor::relearnSpan);
     show(Pill(now(), Pill::Art::countdown(seconds), Theme::green, "바른 자세로 앉아 주세요",
@@ -142,7 +142,7 @@ void AppDelegate::peekEnded(const std::optional<Monitor::Outcome>& outcome) {
   } else if (outcome->is(Kind::lookingAway)) {
     show(Pill(now(), Pill::Art::buddy(Mood::curious), Theme::white), 1.3);
   } else if (outcome->is(Kind::good)) {
-    const int level = extensions_.doraniLevel();
+    const int level = dorani_.level();
     if (level > store_.doraniCelebrated()) {
       store_.setDoraniCelebrated(level);
       show(Pill(now(), Pill::Art::buddy(Mood::love), Theme::white), 1.8,

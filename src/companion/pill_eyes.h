@@ -2,11 +2,14 @@
 
 #include <string_view>
 
+#include "companion/pill_look.h"
+#include "support/date.h"
+
 namespace sodam {
 
-// The companion's drawn pair of eyes. For now it carries only the moods the
-// pills ask for; the drawing state (start, still, colour, follow) joins it
-// with the companion's looks.
+// The companion's drawn pair of eyes: the mood's shape in the look's colour.
+// They blink now and then from `start` unless `still`, and follow the user's
+// face when `follow`.
 struct PillEyes {
   enum class Mood {
     looking,
@@ -49,6 +52,14 @@ struct PillEyes {
     }
     return "looking";
   }
+
+  Mood mood = Mood::looking;
+  Date start;
+  bool still = false;
+  PillEyeColor color = PillEyeColor::sky;
+  bool follow = false;
+
+  bool operator==(const PillEyes&) const = default;
 };
 
 }  // namespace sodam

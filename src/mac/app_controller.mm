@@ -117,7 +117,7 @@ using namespace sodam;
   AppDelegate& core = _app->core;
   Clock& clock = _app->ports.clock;
   _app->ports.pills.onCatcherClick = [&core] { core.pills().click(); };
-  _app->ports.pills.ears = [&core] { return core.store().pillEars(pillEarsCount); };
+  _app->ports.pills.ears = [&core] { return core.store().pillEars(lookCount<PillEars>()); };
   _app->ports.pills.gaze = [&core, &clock] { return core.buddySight().current(clock.now()); };
 }
 
@@ -136,7 +136,7 @@ using namespace sodam;
   _statusItem.menu = _quickMenu;
   // The core counts this first face as drawn when the launch finishes.
   _statusItem.button.image =
-      statusIconImage(StatusIcon::Eyes::open, _app->core.store().pillEars(pillEarsCount));
+      statusIconImage(StatusIcon::Eyes::open, _app->core.store().pillEars(lookCount<PillEars>()));
 }
 
 - (BOOL)applicationShouldHandleReopen:(NSApplication*)sender hasVisibleWindows:(BOOL)visible {

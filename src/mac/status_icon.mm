@@ -177,7 +177,7 @@ void drawIcon(CGContextRef context, StatusIcon::Eyes eyes, int ears) {
 
 CFHolder<CGPathRef> earsPath(int ears, EarPlacement placement) {
   Outline outline;
-  const Ears kind = pillEarsFrom(ears);
+  const Ears kind = lookFrom<PillEars>(ears);
   const CGFloat h = placement.height;
   const CGAffineTransform atTop =
       CGAffineTransformMakeTranslation(placement.headTop.x, placement.headTop.y);

@@ -165,7 +165,11 @@ TEST_F(PillCenterTest, PlacesTheDotAndTheTopByTheScreen) {
   };
   for (const auto& c : cases) {
     screens.list = c.list;
-    pills.lookHasTop = [&c] { return c.buddyWithHat; };
+    pills.look = [&c] {
+      PillLook look;
+      if (c.buddyWithHat) look.trim = PillTrim::crown;
+      return look;
+    };
     pills.show(Pill(clock.now(), Pill::Art::buddy(PillEyes::Mood::looking), Theme::white));
     EXPECT_DOUBLE_EQ(pills.model().cameraY, c.cameraY);
     EXPECT_DOUBLE_EQ(pills.model().topY, c.topY);
@@ -174,9 +178,15 @@ TEST_F(PillCenterTest, PlacesTheDotAndTheTopByTheScreen) {
   }
   // A hat counts only on the companion's pills.
   screens.list = {notched()};
-  pills.lookHasTop = [] { return true; };
+  pills.look = [] {
+    PillLook look;
+    look.trim = PillTrim::ribbon;
+    look.body = PillBody::plum;
+    return look;
+  };
   pills.show(pill("A"));
   EXPECT_DOUBLE_EQ(pills.model().topY, 45);
+  EXPECT_EQ(pills.model().look.body, PillBody::plum);  // the drawing gets the look all the same
 }
 
 TEST_F(PillCenterTest, APillWithoutActionCatchesNoClicks) {

@@ -136,8 +136,7 @@ TEST(AppAlert, WithTheBlurStyleTheBorderNeverShowsAndTheBlurFollowsTheSeverity) 
 }
 
 TEST(AppPeek, TheCompanionPeeksAtMostOnceInFifteenMinutesUnlessAskedByHand) {
-  AppHarness h;
-  h.app->store().setDoraniCelebrated(1);  // a user whose level was already celebrated
+  AppHarness h;  // a new user: the first good check is no celebration
   h.launch(true);
   h.advance(8.05);
   ASSERT_EQ(h.app->monitor().phase(), Phase::sampling);
