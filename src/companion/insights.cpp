@@ -28,17 +28,6 @@ std::pair<Week, Week> weeks(Date now, const Calendar& calendar) {
   return {Week{thisStart, tomorrow}, Week{lastStart, thisStart}};
 }
 
-std::string weekdayName(Date date, const Calendar& calendar) {
-  static constexpr std::array<const char*, 7> names{"일", "월", "화", "수", "목", "금", "토"};
-  return names[static_cast<std::size_t>(calendar.weekday(date) - 1) % 7];
-}
-
-// "오전 9시", "오후 3시"; noon and midnight read 12, as the clock does.
-std::string hourName(int hour) {
-  const int shown = hour % 12 == 0 ? 12 : hour % 12;
-  return format("%s %d시", hour < 12 ? "오전" : "오후", shown);
-}
-
 struct Share {
   int checks = 0;
   int good = 0;
@@ -92,7 +81,7 @@ std::optional<Line> slippingHour(const PostureLog& log, const Week& week,
     }
   }
   if (tied || alerts[top] < Insights::slipHourMinAlerts) return std::nullopt;
-  return Line{"이번 주엔 " + hourName(top) +
+  return Line{"이번 주엔 " + Fmt::hour(top) +
               "쯤 자세가 가장 자주 무너졌어요. 그때 한 번 더 허리를 펴 봐요."};
 }
 
@@ -110,7 +99,7 @@ std::optional<Line> longestSitting(const std::vector<WorkDay>& days, const Calen
     if (!longest || day.longest() > longest->longest()) longest = &day;
   }
   if (!longest || longest->longest() < Insights::longSittingMinutes) return std::nullopt;
-  return Line{"이번 주 가장 오래 앉아 있던 건 " + weekdayName(longest->day, calendar) + "요일 " +
+  return Line{"이번 주 가장 오래 앉아 있던 건 " + Fmt::weekday(longest->day, calendar) + "요일 " +
               hm(longest->longest()) + "이에요. 50분마다 한 번씩 일어나요!"};
 }
 
@@ -128,7 +117,7 @@ std::optional<Line> mostBreaks(const std::vector<WorkDay>& days, const Calendar&
   }
   if (tied || most->breaks() < Insights::manyBreaks) return std::nullopt;
   return Line{format("%s요일에 가장 자주 쉬었어요. 자리에서 %d번 일어났어요!",
-                     weekdayName(most->day, calendar).c_str(), most->breaks())};
+                     Fmt::weekday(most->day, calendar).c_str(), most->breaks())};
 }
 
 }  // namespace

@@ -51,6 +51,7 @@ constexpr std::array fieldRules{
     FieldRule{"check", Field::check, Kind::word},
     FieldRule{"stretch", Field::stretch, Kind::word},
     FieldRule{"nudge", Field::nudge, Kind::flag},
+    FieldRule{"breathe", Field::breathe, Kind::word},
 };
 
 const FieldRule* findField(std::string_view name) {
@@ -143,10 +144,12 @@ class Reader {
       if (newline == std::string_view::npos) break;
       at = newline + 1;
     }
-    if (scenario_.endSeconds <= scenario_.startSeconds) {
+    if (scenario_.days == 1 && scenario_.endSeconds <= scenario_.startSeconds) {
       return {std::nullopt, "the scenario must end after it starts"};
     }
-    if (!scenario_.events.empty() && scenario_.events.back().atSeconds > scenario_.endSeconds) {
+    const auto& events = scenario_.events;
+    const bool lastDay = !events.empty() && events.back().day == scenario_.days - 1;
+    if (lastDay && events.back().atSeconds > scenario_.endSeconds) {
       return {std::nullopt,
               format("line %d: the event comes after the end", scenario_.events.back().line)};
     }
@@ -164,9 +167,12 @@ class Reader {
     const auto head = parts.front();
     if (head == "start" || head == "end") return readBound(parts, line);
     if (head == "mode") return readMode(parts, line);
-    if (head == "fresh") {
-      if (parts.size() != 1) return fail(line, "\"fresh\" takes nothing after it");
-      scenario_.fresh = true;
+    if (head == "fresh" || head == "day") {
+      if (parts.size() != 1) {
+        return fail(line, format("\"%s\" takes nothing after it", std::string(head).c_str()));
+      }
+      if (head == "fresh") scenario_.fresh = true;
+      if (head == "day") ++scenario_.days;
       return true;
     }
     return readEvent(parts, line);
@@ -197,9 +203,11 @@ class Reader {
       return fail(line, format("\"%s\" is neither a time nor a setting",
                                std::string(parts.front()).c_str()));
     }
-    const double last = scenario_.events.empty() ? 0 : scenario_.events.back().atSeconds;
-    if (*time < last) return fail(line, "the time goes back");
-    ScenarioEvent event{*time, line, {}};
+    const int day = scenario_.days - 1;
+    const auto& events = scenario_.events;
+    const bool sameDay = !events.empty() && events.back().day == day;
+    if (sameDay && *time < events.back().atSeconds) return fail(line, "the time goes back");
+    ScenarioEvent event{*time, day, line, {}};
     for (std::size_t i = 1; i < parts.size(); ++i) {
       auto change = readChange(parts[i], line);
       if (!change) return false;

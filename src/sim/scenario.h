@@ -21,9 +21,13 @@ namespace sodam {
 //   13:00 unlock battery=80 power=battery
 //   15:00 stretch
 //   16:00 nudge=yes
+//   day                     # the next day begins
+//   09:10 present=yes
 //
-// Times are wall-clock times of the simulated day, never going back. Fields
-// and their units are those of `ScenarioChange::Field`.
+// Times are wall-clock times of the simulated day, never going back within a
+// day; "day" moves on to the next calendar day, so one run can span a week.
+// "start" is on the first day and "end" on the last. Fields and their units
+// are those of `ScenarioChange::Field`.
 struct ScenarioChange {
   enum class Field {
     present,     // yes/no: somebody in the chair
@@ -49,6 +53,7 @@ struct ScenarioChange {
     check,       // the user asks for a check
     stretch,     // the user starts the day's stretch routine from the menu
     nudge,       // yes/no: the user takes up the next stretch nudge
+    breathe,     // the user takes a minute's breathing from the menu
   };
   Field field;
   double value = 0;  // yes 1, no 0; battery 1, mains 0; 0 for the bare words
@@ -57,7 +62,8 @@ struct ScenarioChange {
 };
 
 struct ScenarioEvent {
-  double atSeconds = 0;  // seconds after the simulated day's midnight
+  double atSeconds = 0;  // seconds after the midnight of its day
+  int day = 0;           // days after the first
   int line = 0;
   std::vector<ScenarioChange> changes;
 };
@@ -70,12 +76,15 @@ struct Scenario {
   std::optional<bool> live;
   // "fresh": the day begins without a learned posture, as on a first run.
   bool fresh = false;
+  // The calendar days the run spans, one more for each "day".
+  int days = 1;
   std::vector<ScenarioEvent> events;
 
   struct Parsed;
   // Reads a scenario; on error says which line and which field is wrong.
   static Parsed parse(std::string_view text, std::string name = "");
-  // The scenarios that come with the program: "workday", "live", "first-run".
+  // The scenarios that come with the program: "workday", "live", "first-run",
+  // "week".
   static std::optional<Scenario> builtIn(std::string_view name);
   static std::vector<std::string> builtInNames();
 };

@@ -54,7 +54,94 @@ end 10:30
 09:50 drop=6
 )";
 
-constexpr BuiltIn library[] = {{"workday", workday}, {"live", live}, {"first-run", firstRun}};
+constexpr std::string_view week =
+    R"(# A week in one run: five workdays of different character, a short day
+# and a day off between them, so the companion's points bank day by day.
+start 08:55
+end 18:45
+# A steady day: one slide forward, a breath after lunch.
+08:55 present=yes distance=55 lid=110 power=mains battery=100
+10:20 forward=5
+12:00 present=no
+12:50 present=yes forward=0
+13:10 breathe
+15:30 drop=6
+18:20 present=no
+18:30 sleep
+day
+# A heavy afternoon: the head keeps sliding and the back keeps sinking.
+08:50 wake
+09:05 present=yes
+11:00 forward=6
+12:10 present=no
+13:00 present=yes forward=0
+13:40 drop=7
+14:20 forward=6
+15:00 drop=7
+15:45 forward=7
+16:30 drop=6
+17:10 forward=6
+18:10 present=no
+18:20 sleep
+day
+# A short day: half an hour in the afternoon, often on the phone.
+13:55 wake
+14:00 present=yes
+14:10 yaw=45
+14:14 yaw=0
+14:20 yaw=45
+14:24 yaw=0
+14:35 present=no
+14:40 sleep
+day
+# A day off: the laptop stays shut.
+day
+# A long morning without a break, the head drifting forward.
+08:40 wake
+08:45 present=yes
+10:30 forward=5
+12:40 present=no
+13:30 present=yes forward=0
+14:00 breathe
+16:00 drop=6
+18:00 present=no
+18:10 sleep
+day
+# A day of many short breaks and two breaths.
+08:55 wake
+09:00 present=yes
+09:50 present=no
+10:00 present=yes
+10:10 breathe
+11:00 present=no
+11:10 present=yes
+12:00 present=no
+13:00 present=yes
+13:50 present=no
+14:00 present=yes
+14:10 breathe
+15:00 present=no
+15:10 present=yes
+15:40 forward=5
+16:20 present=no
+16:30 present=yes forward=0
+17:30 present=no
+17:40 sleep
+day
+# A good day to end the week: upright, three breaths.
+08:50 wake
+08:55 present=yes
+10:00 breathe
+12:00 present=no
+12:45 present=yes
+13:00 breathe
+14:30 forward=5
+16:00 breathe
+18:35 present=no
+)";
+
+constexpr BuiltIn library[] = {
+    {"workday", workday}, {"live", live}, {"first-run", firstRun}, {"week", week}};
 
 }  // namespace
 

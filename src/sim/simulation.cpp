@@ -1,5 +1,6 @@
 #include "sim/simulation.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "posture/baseline_store.h"
@@ -12,6 +13,9 @@ namespace sodam {
 namespace {
 using Field = ScenarioChange::Field;
 constexpr double stepSeconds = 0.5;
+// While the machine sleeps nothing reacts to the sitter, so time goes on in
+// the work-life tracker's own ticks, up to the next event.
+constexpr double asleepStepSeconds = 30;
 }  // namespace
 
 Simulation::Simulation(Scenario scenario, Defaults& defaults, Calendar calendar, Date day,
@@ -70,32 +74,46 @@ Date Simulation::dayToSimulate(Defaults& defaults, const Calendar& calendar, Dat
   return calendar.addingDays(calendar.startOfDay(log.entries().back().t), 1).value_or(todayStart);
 }
 
+Date Simulation::dayStart(int day) const {
+  return calendar_.addingDays(midnight_, day).value_or(midnight_ + day * 86400.0);
+}
+
+Date Simulation::momentOf(const ScenarioEvent& event) const {
+  return dayStart(event.day) + event.atSeconds;
+}
+
+Date Simulation::end() const {
+  return dayStart(scenario_.days - 1) + scenario_.endSeconds;
+}
+
 SimulationSummary Simulation::run() {
   std::size_t next = 0;
   const auto& events = scenario_.events;
-  while (next < events.size() && events[next].atSeconds <= scenario_.startSeconds) {
+  while (next < events.size() && momentOf(events[next]) <= clock_.now()) {
     apply(events[next++]);
   }
+  watchTheCompanion();
   app_->finishLaunching(false);
-  const Date end = midnight_ + scenario_.endSeconds;
-  while (clock_.now() < end) {
-    while (next < events.size() && midnight_ + events[next].atSeconds <= clock_.now()) {
+  while (clock_.now() < end()) {
+    while (next < events.size() && momentOf(events[next]) <= clock_.now()) {
       apply(events[next++]);
     }
-    step();
+    const Date until = next < events.size() ? std::min(momentOf(events[next]), end()) : end();
+    step(asleep_ ? std::clamp(until - clock_.now(), stepSeconds, asleepStepSeconds) : stepSeconds);
   }
   return summarize();
 }
 
-void Simulation::step() {
+void Simulation::step(double seconds) {
   updateIdle();
-  scheduler_.advance(stepSeconds);
+  scheduler_.advance(seconds);
   watchTheScreen();
+  watchTheCompanion();
   actLikeAUser();
   takeNudge();
   stretchAlong();
   if (options_.speed && *options_.speed > 0 && options_.sleep) {
-    options_.sleep(stepSeconds / *options_.speed);
+    options_.sleep(seconds / *options_.speed);
   }
 }
 
@@ -268,9 +286,11 @@ void Simulation::apply(const ScenarioChange& change) {
       if (app_) app_->screenUnlocked();
       break;
     case Field::sleep:
+      asleep_ = true;
       if (app_) app_->willSleep();
       break;
     case Field::wake:
+      asleep_ = false;
       if (app_) app_->didWake();
       break;
     case Field::displayOff:
@@ -304,6 +324,9 @@ void Simulation::apply(const ScenarioChange& change) {
     case Field::nudge:
       takesNudge_ = v != 0;
       break;
+    case Field::breathe:
+      if (app_) app_->breatheNow();
+      break;
   }
 }
 
@@ -324,9 +347,10 @@ SimulationSummary Simulation::summarize() const {
   const auto today = app_->work().today();
   s.seatedMinutes = today.seated();
   s.breaks = today.breaks();
-  s.simulatedSeconds = scenario_.endSeconds - scenario_.startSeconds;
+  s.simulatedSeconds = end() - (midnight_ + scenario_.startSeconds);
   s.cameraSeconds = machine_.camera.secondsRunning();
   s.framesProcessed = machine_.camera.framesDetected();
+  summarizeCompanion(s);
   return s;
 }
 
@@ -348,6 +372,7 @@ std::vector<std::string> SimulationSummary::lines() const {
   out.push_back("앉은 시간 " + hm(seatedMinutes) + format(" · 쉬는 시간 %d번", breaks));
   out.push_back(format("카메라 %.1f%% 켜짐 (%.0f초) · 처리한 프레임 %d장", cameraShare() * 100,
                        cameraSeconds, framesProcessed));
+  addCompanionLines(out);
   return out;
 }
 

@@ -34,8 +34,32 @@ struct SimulationSummary {
   double cameraSeconds = 0;
   int framesProcessed = 0;
 
+  // 도란이 at the end of the run.
+  struct Companion {
+    int today = 0;
+    int total = 0;
+    int level = 1;
+    std::string title;
+    std::optional<std::string> nextTitle;
+    int pointsToNext = 0;
+  };
+  Companion companion;
+  // A run over several days: a row for each day, and the week's insights.
+  struct DayRow {
+    std::string label;  // "3월 9일 (월)"
+    int checks = 0;
+    std::optional<double> goodShare;
+    double seatedMinutes = 0;
+    int points = 0;
+  };
+  std::vector<DayRow> days;
+  std::vector<std::string> insights;
+
   double cameraShare() const { return simulatedSeconds > 0 ? cameraSeconds / simulatedSeconds : 0; }
   std::vector<std::string> lines() const;
+
+ private:
+  void addCompanionLines(std::vector<std::string>& out) const;
 };
 
 // The whole product on a simulated laptop: the real application core, wired
@@ -83,15 +107,21 @@ class Simulation {
   const Clock& clock() const { return clock_; }
 
  private:
+  Date dayStart(int day) const;
+  Date momentOf(const ScenarioEvent& event) const;
+  Date end() const;
   void apply(const ScenarioEvent& event);
   void apply(const ScenarioChange& change);
-  void step();
+  void step(double seconds);
   void watchTheScreen();
   void actLikeAUser();
   void stretchAlong();
   void takeNudge();
   void updateIdle();
+  // New days of a run over several, and each level 도란이 reaches.
+  void watchTheCompanion();
   SimulationSummary summarize() const;
+  void summarizeCompanion(SimulationSummary& summary) const;
 
   Scenario scenario_;
   Options options_;
@@ -118,6 +148,9 @@ class Simulation {
   std::optional<Date> doneAt_;
   bool takesNudge_ = false;
   std::vector<std::string> stretchSummary_;
+  bool asleep_ = false;
+  std::optional<Date> shownDay_;
+  int shownLevel_ = 0;
 };
 
 }  // namespace sodam

@@ -33,6 +33,15 @@ std::string Fmt::full(Date date, const Calendar& calendar) {
                 c.minute, c.second);
 }
 
+std::string Fmt::hour(int hour) {
+  return format("%s %d시", dayPeriod(hour), twelveHour(hour));
+}
+
+std::string Fmt::weekday(Date date, const Calendar& calendar) {
+  static constexpr const char* names[] = {"일", "월", "화", "수", "목", "금", "토"};
+  return names[(calendar.weekday(date) + 6) % 7];
+}
+
 std::string hm(double minutes) {
   const double count = std::isnan(minutes) ? 0 : clamp(minutes, 0, longestCount);
   const long long whole = roundedInt(count);

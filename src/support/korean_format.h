@@ -13,6 +13,10 @@ struct Fmt {
   static std::string clock(Date date, const Calendar& calendar);
   // "M월 d일 a h:mm:ss": "11월 22일 오후 3:04:05".
   static std::string full(Date date, const Calendar& calendar);
+  // An hour of the day as "a h시": "오전 9시", "오후 12시".
+  static std::string hour(int hour);
+  // The day of the week in one letter: "월".
+  static std::string weekday(Date date, const Calendar& calendar);
 };
 
 // A count of minutes as "{m}분" under an hour, else "{h}시간 {m}분" with the

@@ -57,12 +57,34 @@ TEST(Scenario, ABadLineIsNamedWithItsField) {
       {"start 9", "line 1: \"9\" is not a time, HH:MM"},
       {"start 10:00\nend 09:00", "the scenario must end after it starts"},
       {"end 10:00\n11:00 lock", "line 2: the event comes after the end"},
+      {"day 2", "line 1: \"day\" takes nothing after it"},
+      {"09:00 breathe=yes", "line 1: \"breathe\" takes no value"},
   };
   for (const auto& c : cases) {
     const auto parsed = Scenario::parse(c.text);
     EXPECT_FALSE(parsed.scenario) << c.text;
     EXPECT_EQ(parsed.error, c.error) << c.text;
   }
+}
+
+TEST(Scenario, ADayLineMovesTheClockToTheNextDay) {
+  const auto parsed = Scenario::parse(R"(start 18:00
+end 08:00
+18:00 breathe
+day
+day
+07:00 present=yes
+)");
+  ASSERT_TRUE(parsed.scenario) << parsed.error;
+  const Scenario& s = *parsed.scenario;
+  EXPECT_EQ(s.days, 3);  // an end before the start is fine on a later day
+  ASSERT_EQ(s.events.size(), 2u);
+  EXPECT_EQ(s.events[0].changes, (std::vector<ScenarioChange>{{Field::breathe, 0}}));
+  EXPECT_EQ(s.events[1].day, 2);
+  EXPECT_EQ(s.events[1].atSeconds, 7 * 3600);
+  EXPECT_EQ(Scenario::parse("end 10:00\n11:00 lock\nday\n09:00 unlock").error, "");
+  EXPECT_EQ(Scenario::parse("day\nend 10:00\n11:00 lock").error,
+            "line 3: the event comes after the end");
 }
 
 TEST(Scenario, TheBuiltInScenariosReadAndUnknownNamesDoNot) {
@@ -73,6 +95,7 @@ TEST(Scenario, TheBuiltInScenariosReadAndUnknownNamesDoNot) {
   }
   EXPECT_EQ(Scenario::builtIn("live")->live, true);
   EXPECT_TRUE(Scenario::builtIn("first-run")->fresh);
+  EXPECT_EQ(Scenario::builtIn("week")->days, 7);
   EXPECT_FALSE(Scenario::builtIn("weekend"));
 }
 

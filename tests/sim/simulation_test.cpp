@@ -6,6 +6,7 @@
 
 #include "platform/defaults.h"
 #include "posture/posture_log.h"
+#include "support/text.h"
 
 namespace sodam {
 namespace {
@@ -102,6 +103,37 @@ TEST(Simulation, RunsOnTheSameRecordsFollowEachOtherLikeDays) {
   // A later real day starts on itself.
   const Date later = today + 5 * 86400;
   EXPECT_EQ(Simulation::dayToSimulate(defaults, calendar, later), calendar.startOfDay(later));
+}
+
+TEST(Simulation, AWeekBanksEachDayAndCelebratesEachLevelReached) {
+  MemoryDefaults defaults;
+  const Day week = simulate("week", defaults);
+  const SimulationSummary& s = week.summary;
+  ASSERT_EQ(s.days.size(), 7u);
+  int total = 0;
+  for (const auto& day : s.days)
+    total += day.points;
+  EXPECT_EQ(s.companion.total, total);
+  EXPECT_EQ(s.companion.today, s.days.back().points);
+  EXPECT_EQ(s.days[3].checks, 0);  // the day off
+  EXPECT_EQ(s.days[3].points, 0);
+  EXPECT_LT(s.days[2].points, s.days[0].points);  // the short day
+  EXPECT_GE(s.companion.level, 3);
+
+  // Each level is told, and the next good peek celebrates it.
+  int levelsTold = 0, celebrations = 0;
+  for (const auto& line : week.lines) {
+    if (line.find("(도란이가 레벨 ") != std::string::npos) ++levelsTold;
+    if (line.find("알약 [buddy(love)]") != std::string::npos) ++celebrations;
+  }
+  EXPECT_EQ(levelsTold, s.companion.level - 1);
+  EXPECT_EQ(celebrations, levelsTold);
+  EXPECT_TRUE(week.has("── 11월 19일 (목) ──"));
+  EXPECT_FALSE(s.insights.empty());
+  const auto lines = s.lines();
+  EXPECT_TRUE(any(lines, format("도란이 오늘 %d점 · 모두 %d점 · 레벨 %d '", s.companion.today,
+                                s.companion.total, s.companion.level)));
+  EXPECT_TRUE(any(lines, "11월 21일 (토) 확인 0번 · 앉은 시간 0분 · 도란이 0점"));
 }
 
 TEST(Simulation, LiveModeWatchesAllTheTime) {

@@ -37,6 +37,18 @@ TEST(KoreanFormat, FullDateReadsTheCalendarItIsGiven) {
   EXPECT_EQ(Fmt::full(seoulTime(12, 31, 23, 59, 59), seoul), "12월 31일 오후 11:59:59");
 }
 
+TEST(KoreanFormat, HoursAndWeekdaysReadAsTheClockAndTheCalendarDo) {
+  EXPECT_EQ(Fmt::hour(0), "오전 12시");
+  EXPECT_EQ(Fmt::hour(11), "오전 11시");
+  EXPECT_EQ(Fmt::hour(12), "오후 12시");
+  EXPECT_EQ(Fmt::hour(15), "오후 3시");
+  // 2025-11-23 was a Sunday in Seoul and still a Saturday in UTC at 05:00 there.
+  const auto sunday = seoulTime(11, 23, 5, 0);
+  EXPECT_EQ(Fmt::weekday(sunday, seoul), "일");
+  EXPECT_EQ(Fmt::weekday(sunday, Calendar()), "토");
+  EXPECT_EQ(Fmt::weekday(seoulTime(11, 29, 12, 0), seoul), "토");
+}
+
 TEST(KoreanFormat, MinutesRoundHalfAwayAndAlwaysShowTheRemainder) {
   struct Case {
     double minutes;
