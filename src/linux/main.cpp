@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "linux/companion_command.h"
 #include "linux/report_command.h"
 #include "linux/settings_command.h"
 #include "linux/simulate_command.h"
@@ -17,7 +18,8 @@ void printUsage(std::ostream& out) {
          "       sodamjari simulate --help                 the options\n"
          "       sodamjari report [today|week] [--html FILE]   the report of the records\n"
          "       sodamjari settings [list | get KEY | set KEY VALUE]\n"
-         "       sodamjari stretch [ID...] [options]       a stretch routine with the sitter\n";
+         "       sodamjari stretch [ID...] [options]       a stretch routine with the sitter\n"
+         "       sodamjari companion [--data-dir DIR]      도란이's page: level, points, lines\n";
 }
 }  // namespace
 
@@ -45,6 +47,7 @@ int main(int argc, char** argv) {
   if (args.front() == "report") return sodam::runReport(rest, std::cout, std::cerr);
   if (args.front() == "settings") return sodam::runSettings(rest, std::cout, std::cerr);
   if (args.front() == "stretch") return sodam::runStretch(rest, std::cout, std::cerr);
+  if (args.front() == "companion") return sodam::runCompanion(rest, std::cout, std::cerr);
   std::cerr << "sodamjari: unknown command \"" << args.front() << "\"\n";
   printUsage(std::cerr);
   return 2;
