@@ -36,9 +36,6 @@ constexpr double shrinkToDotSeconds = 0.07;
 constexpr double shrinkToRestSeconds = 0.22;
 constexpr double shrinkGoneSeconds = 0.41;
 
-// Companion pills with a hat hang lower, so the hat stays below the bar.
-constexpr double topGap = 8;
-constexpr double hatRoom = 12;
 constexpr double cameraFraction = 0.45;
 constexpr double offScreenDot = -8;
 
@@ -77,7 +74,7 @@ void PillCenter::place(const Pill& pill) {
   model_.cameraY = inset > 0 ? cameraFraction * inset : offScreenDot;
   model_.look = look ? look() : PillLook{};
   const bool hat = pill.isBuddy() && model_.look.hasTop();
-  model_.topY = barHeight(screen_) + topGap + (hat ? hatRoom : 0);
+  model_.topY = barHeight(screen_) + PillCenter::topGap + (hat ? PillCenter::hatRoom : 0);
 }
 
 void PillCenter::growFrom(int phase, int g) {

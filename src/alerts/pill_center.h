@@ -114,6 +114,10 @@ class PillCenter {
   static constexpr std::optional<double> untilReplaced = std::nullopt;
 
   static constexpr double panelHeight = 170;
+  // The gap between the menu bar and a pill's top, and the room a companion
+  // pill leaves above that when its look wears something on its head.
+  static constexpr double topGap = 8;
+  static constexpr double hatRoom = 12;
   static constexpr double minimumBar = 24;
   static constexpr double catcherDelay = 0.29;
 

@@ -5,7 +5,7 @@
 #include <string>
 
 #include "app/app_delegate.h"
-#include "companion/pill_ears.h"
+#include "companion/pill_look.h"
 #include "mac/guide_controller.h"
 #include "mac/mac_ports.h"
 #include "mac/mac_window_sharing.h"
@@ -111,14 +111,16 @@ using namespace sodam;
   return self;
 }
 
-// The pill's drawing reads the companion's ears and gaze from the core, and
-// its click panel reports to the core's pill center.
+// The pill's drawing reads the companion's gaze from the core while the user
+// lets its eyes follow, and its click panel reports to the core's pill center.
 - (void)connectPillPresenter {
   AppDelegate& core = _app->core;
   Clock& clock = _app->ports.clock;
   _app->ports.pills.onCatcherClick = [&core] { core.pills().click(); };
-  _app->ports.pills.ears = [&core] { return core.store().pillEars(lookCount<PillEars>()); };
-  _app->ports.pills.gaze = [&core, &clock] { return core.buddySight().current(clock.now()); };
+  _app->ports.pills.gaze = [&core, &clock]() -> std::optional<sodam::Point> {
+    if (!core.store().followFace()) return std::nullopt;
+    return core.buddySight().current(clock.now());
+  };
 }
 
 #pragma mark Launch

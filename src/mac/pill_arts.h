@@ -20,16 +20,18 @@
 namespace sodam {
 
 // The art of a pill as a layer of `pillArtSize`, with the part that moves
-// (itself, for the moving arts), if any.
+// (itself, for the moving arts), if any. The companion wears the look, and
+// its eyes follow a gaze when `follow`.
 struct PillArtLayer {
   CALayer* layer;
   id<SJMovingArt> moving;
 };
 CGSize pillArtSize(const Pill::Art& art);
-PillArtLayer makePillArtLayer(const Pill& pill, CGFloat scale);
+PillArtLayer makePillArtLayer(const Pill& pill, const PillLook& look, bool follow, CGFloat scale);
 
-// The companion's ears over a capsule of the width: their roots stand on the
-// layer's bottom edge, which goes on the capsule's top edge.
-CALayer* makeEarsLayer(int ears, CGFloat width, CGFloat scale);
+// The companion's ears in the body's colour over a capsule of the width:
+// their roots stand on the layer's bottom edge, which goes on the capsule's
+// top edge.
+CALayer* makeEarsLayer(const PillLook& look, CGFloat width, CGFloat scale);
 
 }  // namespace sodam

@@ -4,6 +4,8 @@
 #include <numbers>
 
 #include "mac/cf_holder.h"
+#include "mac/companion_art.h"
+#include "mac/companion_geometry.h"
 #include "mac/pill_geometry.h"
 #include "mac/pill_views.h"
 #include "mac/status_icon.h"
@@ -62,10 +64,11 @@ void setLabel(CALayer* label, NSAttributedString* text, CGFloat maxWidth, CGPoin
 
 }  // namespace
 
-// The companion's face: two eyes in the mood, in the pill's tint, that follow
-// the user's face when a gaze is given.
+// The companion's face: two eyes in the mood and the look's eye colour, with
+// what the look wears on the face. They blink unless still, and follow the
+// user's face when they follow and a gaze is given.
 @interface SJFaceLayer : CALayer <SJMovingArt>
-- (instancetype)initWithMood:(PillEyes::Mood)mood tint:(NSColor*)tint scale:(CGFloat)scale;
+- (instancetype)initWithEyes:(const PillEyes&)eyes face:(sodam::PillFace)face scale:(CGFloat)scale;
 @end
 
 // An art that runs for some seconds from the pill's start and shows a number
@@ -121,20 +124,6 @@ void addLine(CGMutablePathRef path, CGPoint from, CGPoint to) {
   CGPathAddLineToPoint(path, nullptr, to.x, to.y);
 }
 
-// One closed outline from the tip round both lobes, so it fills whole.
-void addHeart(CGMutablePathRef path, CGPoint c, CGFloat size) {
-  const CGPoint tip{c.x, c.y - 0.45 * size};
-  const CGPoint notch{c.x, c.y + 0.2 * size};
-  const CGFloat lobeOut = 0.6 * size;
-  const CGFloat lobeTop = 0.5 * size;
-  CGPathMoveToPoint(path, nullptr, tip.x, tip.y);
-  CGPathAddCurveToPoint(path, nullptr, c.x - lobeOut, c.y - 0.05 * size, c.x - lobeTop,
-                        c.y + lobeTop, notch.x, notch.y);
-  CGPathAddCurveToPoint(path, nullptr, c.x + lobeTop, c.y + lobeTop, c.x + lobeOut,
-                        c.y - 0.05 * size, tip.x, tip.y);
-  CGPathCloseSubpath(path);
-}
-
 // A brow cut slanting down towards the nose, for a cross face.
 void addPoutEye(CGMutablePathRef path, CGPoint c, CGFloat side) {
   const CGFloat inner = -side;
@@ -164,7 +153,7 @@ void addMoodEye(CGMutablePathRef fill, CGMutablePathRef stroke, Mood mood, CGPoi
     case Mood::sleepy:
       return addLine(stroke, {c.x - 4.5, c.y - 1.5}, {c.x + 4.5, c.y - 1.5});
     case Mood::love:
-      return addHeart(fill, c, 12);
+      return sodam::addHeartPath(fill, c, 12);
     case Mood::sleep:
       return addArc(stroke, {c.x, c.y + 2.5}, 4.5, 1.15 * pi, 1.85 * pi);
     case Mood::wink:
@@ -250,41 +239,39 @@ CGFloat breatheTimeWidth() {
 
 @implementation SJFaceLayer {
   CALayer* _eyes;
+  PillEyes _look;
 }
 
-- (instancetype)initWithMood:(PillEyes::Mood)mood tint:(NSColor*)tint scale:(CGFloat)scale {
+- (instancetype)initWithEyes:(const PillEyes&)eyes face:(sodam::PillFace)face scale:(CGFloat)scale {
   self = [super init];
   if (self) {
+    _look = eyes;
     self.bounds = CGRectMake(0, 0, characterSize.width, characterSize.height);
     auto fills = sodam::adopt(CGPathCreateMutable());
     auto strokes = sodam::adopt(CGPathCreateMutable());
     for (CGFloat side : {-1.0, 1.0}) {
       const CGPoint center{characterSize.width / 2 + side * eyeApart, characterSize.height / 2};
-      addMoodEye(fills.get(), strokes.get(), mood, center, side);
+      addMoodEye(fills.get(), strokes.get(), eyes.mood, center, side);
     }
-    CAShapeLayer* filled = shapeLayer(characterSize, fills.get(), scale);
-    filled.fillColor = tint.CGColor;
-    CAShapeLayer* stroked = shapeLayer(characterSize, strokes.get(), scale);
-    stroked.fillColor = nil;
-    stroked.strokeColor = tint.CGColor;
-    stroked.lineWidth = eyeLine;
-    stroked.lineCap = kCALineCapRound;
-    stroked.lineJoin = kCALineJoinRound;
-    _eyes = [CALayer layer];
-    _eyes.frame = self.bounds;
-    [_eyes addSublayer:filled];
-    [_eyes addSublayer:stroked];
+    _eyes = sodam::makeColouredEyes(fills.get(), strokes.get(), eyeLine, eyes.color, characterSize,
+                                    scale);
     [self addSublayer:_eyes];
+    if (CALayer* decor = sodam::makeFaceLayer(face, characterSize, eyeApart, scale)) {
+      decor.position = CGPointMake(characterSize.width / 2, characterSize.height / 2);
+      [self addSublayer:decor];
+    }
   }
   return self;
 }
 
 - (void)advanceTo:(Date)now gaze:(std::optional<sodam::Point>)gaze {
-  const sodam::Point shift = sodam::eyeShift(gaze, eyeReach);
+  const sodam::Point shift = sodam::eyeShift(_look.follow ? gaze : std::nullopt, eyeReach);
+  const CGFloat open = sodam::eyeOpenness(_look.start, now, _look.still);
   [CATransaction begin];
   [CATransaction setDisableActions:YES];
-  // The gaze's y points down, the layer's up.
-  _eyes.transform = CATransform3DMakeTranslation(shift.x, -shift.y, 0);
+  // The gaze's y points down, the layer's up; a blink closes towards the eye line.
+  _eyes.transform = CATransform3DScale(CATransform3DMakeTranslation(shift.x, -shift.y, 0), 1,
+                                       std::max<CGFloat>(open, 0.08), 1);
   [CATransaction commit];
 }
 
@@ -429,7 +416,7 @@ CGSize pillArtSize(const Pill::Art& art) {
   return square(symbolSide);
 }
 
-PillArtLayer makePillArtLayer(const Pill& pill, CGFloat scale) {
+PillArtLayer makePillArtLayer(const Pill& pill, const PillLook& look, bool follow, CGFloat scale) {
   NSColor* tint = themeNSColor(pill.tint);
   const Pill::Art& art = pill.art;
   switch (art.kind()) {
@@ -441,7 +428,8 @@ PillArtLayer makePillArtLayer(const Pill& pill, CGFloat scale) {
       return {badge(fixSide, 11, fixSymbol(*art.issue(), 19), tint, scale), nil};
     case Pill::Art::Kind::buddy:
     case Pill::Art::Kind::say: {
-      SJFaceLayer* face = [[SJFaceLayer alloc] initWithMood:*art.mood() tint:tint scale:scale];
+      const PillEyes eyes{*art.mood(), pill.started, false, look.eyes, follow};
+      SJFaceLayer* face = [[SJFaceLayer alloc] initWithEyes:eyes face:look.face scale:scale];
       return {face, face};
     }
     case Pill::Art::Kind::countdown: {
@@ -462,10 +450,10 @@ PillArtLayer makePillArtLayer(const Pill& pill, CGFloat scale) {
   return {[CALayer layer], nil};
 }
 
-CALayer* makeEarsLayer(int ears, CGFloat width, CGFloat scale) {
-  auto path = earsPath(ears, {{width / 2, 0}, earSpread, earHeight});
+CALayer* makeEarsLayer(const PillLook& look, CGFloat width, CGFloat scale) {
+  auto path = earsPath(lookRaw(look.ears), {{width / 2, 0}, earSpread, earHeight});
   CAShapeLayer* layer = shapeLayer(CGSizeMake(width, earRoom), path.get(), scale);
-  layer.fillColor = NSColor.blackColor.CGColor;
+  layer.fillColor = lookNSColor(bodyColor(look.body)).CGColor;
   // A faint rim keeps black ears readable over dark windows; its part below
   // the roots hides behind the capsule.
   layer.strokeColor = [NSColor colorWithWhite:1 alpha:0.2].CGColor;

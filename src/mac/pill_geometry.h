@@ -13,7 +13,6 @@
 #include <string>
 
 #include "alerts/pill_center.h"
-#include "companion/pill_ears.h"
 #include "support/date.h"
 #include "support/geometry.h"
 
@@ -124,16 +123,15 @@ inline Point eyeShift(std::optional<Point> gaze, Size reach) {
 }
 
 // Whether the pill's art changes while it is up, so it needs the frame
-// ticker: the ring and the breathing always, the companion's face only when
-// its eyes follow the user.
-inline bool hasMovingArt(const Pill& pill, bool eyesFollow) {
+// ticker: the ring, the breathing and the companion's eyes, which blink and
+// may follow the user.
+inline bool hasMovingArt(const Pill& pill) {
   switch (pill.art.kind()) {
     case Pill::Art::Kind::countdown:
     case Pill::Art::Kind::breathe:
-      return true;
     case Pill::Art::Kind::buddy:
     case Pill::Art::Kind::say:
-      return eyesFollow;
+      return true;
     case Pill::Art::Kind::symbol:
     case Pill::Art::Kind::fix:
       return false;

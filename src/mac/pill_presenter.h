@@ -25,10 +25,9 @@ class MacPillPresenter final : public PillPresenter {
   // Set by the application once the core exists.
   // The catcher was clicked: point it at the pill center's click.
   std::function<void()> onCatcherClick;
-  // The raw value of the companion's ears (0 is the cat).
-  std::function<int()> ears;
   // Where the companion looks now, x and y from −1 to 1 with y down; none
-  // rests the eyes, and an unset function never moves them.
+  // rests the eyes, and an unset function never moves them. The companion's
+  // look comes with each model.
   std::function<std::optional<Point>()> gaze;
 
   Size contentSize(const Pill& pill) override;

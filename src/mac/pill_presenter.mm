@@ -115,7 +115,7 @@ void MacPillPresenter::hidePanel() {
 }
 
 void MacPillPresenter::update(const PillModel& model, PillAnimation animation) {
-  [drawingPanel().stage showModel:model animation:animation ears:ears ? ears() : 0];
+  [drawingPanel().stage showModel:model animation:animation];
   followMovingArt(model);
 }
 
@@ -130,7 +130,7 @@ void MacPillPresenter::hideCatcher() {
 }
 
 void MacPillPresenter::followMovingArt(const PillModel& model) {
-  if (!model.pill || !hasMovingArt(*model.pill, static_cast<bool>(gaze))) {
+  if (!model.pill || !hasMovingArt(*model.pill)) {
     stopTicker();
     return;
   }

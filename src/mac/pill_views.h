@@ -11,13 +11,12 @@
 
 #include "alerts/pill_center.h"
 
-// The drawing panel's content. It draws the black capsule, the pill's
-// content, the companion's ears and the speech bubble. Positions come from
-// the model, measured down from the top of the view.
+// The drawing panel's content. It draws the capsule (black, or the
+// companion's body in its look), the pill's content, the companion's ears
+// and trim and the speech bubble. Positions come from the model, measured
+// down from the top of the view.
 @interface SJPillStageView : NSView
-- (void)showModel:(const sodam::PillModel&)model
-        animation:(sodam::PillAnimation)animation
-             ears:(int)ears;
+- (void)showModel:(const sodam::PillModel&)model animation:(sodam::PillAnimation)animation;
 - (void)advanceTo:(sodam::Date)now gaze:(std::optional<sodam::Point>)gaze;
 @end
 

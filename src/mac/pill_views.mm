@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "mac/companion_art.h"
+#include "mac/companion_geometry.h"
 #include "mac/pill_arts.h"
 #include "mac/pill_geometry.h"
 
@@ -76,13 +78,19 @@ CGPoint middle(CGSize size) {
   return CGPointMake(size.width / 2, size.height / 2);
 }
 
-// The content of a pill: art and text in a row, or the companion alone.
-PillArtLayer makeContent(const Pill& pill, Size size, CGFloat scale) {
+// The content of a pill: art and text in a row, or the companion alone on
+// its body's pattern. Its eyes follow whatever gaze the ticker passes on.
+PillArtLayer makeContent(const Pill& pill, const PillLook& look, Size size, CGFloat scale) {
   CALayer* content = [CALayer layer];
   content.bounds = sizedRect(size);
-  PillArtLayer art = makePillArtLayer(pill, scale);
+  PillArtLayer art = makePillArtLayer(pill, look, true, scale);
   const CGSize artSize = art.layer.bounds.size;
   if (pill.isBuddy()) {
+    if (CALayer* pattern =
+            makePatternLayer(look.pattern, CGSizeMake(size.width, size.height), scale)) {
+      pattern.position = middle(content.bounds.size);
+      [content addSublayer:pattern];
+    }
     art.layer.position = CGPointMake(size.width / 2, size.height / 2);
     [content addSublayer:art.layer];
     return {content, art.moving};
@@ -272,7 +280,6 @@ Size sayBubbleSize(const Pill& pill) {
   std::optional<sodam::Pill> _builtPill;
   sodam::PillModel _shown;
   CGFloat _shownWidth;
-  int _ears;
 }
 
 - (instancetype)initWithFrame:(NSRect)frame {
@@ -307,14 +314,13 @@ Size sayBubbleSize(const Pill& pill) {
     [self.layer addSublayer:layer];
 }
 
-- (void)showModel:(const sodam::PillModel&)model
-        animation:(sodam::PillAnimation)animation
-             ears:(int)ears {
+- (void)showModel:(const sodam::PillModel&)model animation:(sodam::PillAnimation)animation {
   [self attachLayers];
   [CATransaction begin];
   [CATransaction setDisableActions:YES];
-  const bool earsChanged = ears != _ears && model.pill && model.pill->isBuddy();
-  if (model.pill != _builtPill || earsChanged) [self buildFor:model ears:ears];
+  const bool buddy = model.pill && model.pill->isBuddy();
+  const bool lookChanged = buddy && model.look != _shown.look;
+  if (model.pill != _builtPill || lookChanged) [self buildFor:model];
   const bool instant = animation.curve == sodam::PillAnimation::Curve::none;
   if (instant) {
     for (CALayer* layer in @[ _decor, _capsule, _content, _bubble ])
@@ -327,6 +333,9 @@ Size sayBubbleSize(const Pill& pill) {
   auto own = [&](sodam::PillAnimation curve) { return instant ? animation : curve; };
 
   _capsule.hidden = !model.pill;
+  // The companion's pill is its body; every other pill is one with the notch.
+  const sodam::LookColor body = buddy ? sodam::bodyColor(model.look.body) : sodam::LookColor{};
+  _capsule.backgroundColor = sodam::lookNSColor(body).CGColor;
   sodam::animate(_capsule, @"bounds", [NSValue valueWithRect:sodam::sizedRect(places.capsule)],
                  animation);
   sodam::animate(_capsule, @"position", sodam::pointValue(sodam::cgPoint(places.center)), animation,
@@ -359,18 +368,17 @@ Size sayBubbleSize(const Pill& pill) {
 
 // Puts the pill's content, ears and bubble into their holders; a pill that
 // replaces one on screen cross-fades while the capsule reshapes.
-- (void)buildFor:(const sodam::PillModel&)model ears:(int)ears {
+- (void)buildFor:(const sodam::PillModel&)model {
   const bool replacing = _builtPill && model.pill && _shown.phase >= 3;
   for (CALayer* holder in @[ _decor, _content, _bubble ])
     holder.sublayers = nil;
   _movingArt = nil;
   _builtPill = model.pill;
-  _ears = ears;
   if (!model.pill) return;
   const sodam::Pill& pill = *model.pill;
   const CGFloat scale = self.drawingScale;
 
-  sodam::PillArtLayer content = sodam::makeContent(pill, model.size, scale);
+  sodam::PillArtLayer content = sodam::makeContent(pill, model.look, model.size, scale);
   _content.bounds = sodam::sizedRect(model.size);
   content.layer.position = sodam::middle(_content.bounds.size);
   [_content addSublayer:content.layer];
@@ -382,18 +390,30 @@ Size sayBubbleSize(const Pill& pill) {
     [_content addAnimation:fade forKey:@"swap"];
   }
 
-  if (pill.isBuddy()) {
-    CALayer* earsLayer = sodam::makeEarsLayer(ears, model.size.width, scale);
-    _decor.bounds = earsLayer.bounds;
-    earsLayer.position = sodam::middle(earsLayer.bounds.size);
-    [_decor addSublayer:earsLayer];
-  }
+  if (pill.isBuddy()) [self decorate:model.look width:model.size.width scale:scale];
   if (pill.isSay()) {
     _bubble.bounds = sodam::sizedRect(model.bubble);
     CALayer* bubble = sodam::makeSayBubble(pill, model.bubble, scale);
     bubble.position = sodam::middle(_bubble.bounds.size);
     [_bubble addSublayer:bubble];
   }
+}
+
+// The ears and what the look wears on its head, standing on the capsule's
+// top edge, which is the decor holder's bottom edge.
+- (void)decorate:(const sodam::PillLook&)look width:(CGFloat)width scale:(CGFloat)scale {
+  CALayer* earsLayer = sodam::makeEarsLayer(look, width, scale);
+  CALayer* trim = sodam::makeTrimLayer(look.trim, scale);
+  const sodam::TrimBox box = sodam::trimBox(look.trim);
+  const CGFloat height = std::max<CGFloat>(earsLayer.bounds.size.height, box.top());
+  _decor.bounds = CGRectMake(0, 0, width, height);
+  earsLayer.anchorPoint = CGPointMake(0.5, 0);
+  earsLayer.position = CGPointMake(width / 2, 0);
+  [_decor addSublayer:earsLayer];
+  if (!trim) return;
+  trim.anchorPoint = CGPointMake(0.5, 0);
+  trim.position = CGPointMake(width / 2 + box.centerX, box.bottom);
+  [_decor addSublayer:trim];
 }
 
 - (void)advanceTo:(sodam::Date)now gaze:(std::optional<sodam::Point>)gaze {
@@ -406,7 +426,7 @@ Size sayBubbleSize(const Pill& pill) {
   if (!_builtPill) return;
   [CATransaction begin];
   [CATransaction setDisableActions:YES];
-  [self buildFor:_shown ears:_ears];
+  [self buildFor:_shown];
   [CATransaction commit];
 }
 
