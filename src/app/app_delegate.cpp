@@ -31,6 +31,9 @@ AppDelegate::AppDelegate(Lockdown& lock, Platform platform, AppExtensions extens
       monitor_(
           std::make_unique<Monitor>(Monitor::Ports{frames_, lid_, log_, store_, platform.defaults,
                                                    power_, platform.clock, platform.scheduler})),
+      doraniPage_(std::make_unique<DoraniPage>(DoraniPage::Ports{dorani_, *monitor_, store_,
+                                                                 platform.clock, platform.scheduler,
+                                                                 DoraniPoke::randomPick()})),
       feed_(capture_, lid_, platform.clock),
       panelModel_({feed_, *monitor_, lock_, log_, store_, platform.scheduler, platform.clock}) {
   monitor_->displayHeightCm = platform.displayHeightCm;

@@ -9,6 +9,7 @@
 #include "alerts/blur_alert.h"
 #include "alerts/border_alert.h"
 #include "alerts/pill_center.h"
+#include "app/dorani_page.h"
 #include "app/home_page.h"
 #include "app/menus.h"
 #include "app/panel_model.h"
@@ -161,6 +162,8 @@ class AppDelegate {
   PostureLog& log() { return log_; }
   WorkLife& work() { return work_; }
   Dorani& dorani() { return dorani_; }
+  // The companion's page: its lines, its replies to taps and its looks.
+  DoraniPage& doraniPage() { return *doraniPage_; }
   Capture& capture() { return capture_; }
   const Calendar& calendar() const { return calendar_; }
   LiveFeed& feed() { return feed_; }
@@ -215,6 +218,7 @@ class AppDelegate {
   WorkLife work_;
   Dorani dorani_;
   std::unique_ptr<Monitor> monitor_;
+  std::unique_ptr<DoraniPage> doraniPage_;
   LiveFeed feed_;
   PanelModel panelModel_;
   BuddySight sight_;
