@@ -1,7 +1,6 @@
 #include "app/report_page.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 
 #include "support/korean_format.h"
@@ -15,12 +14,6 @@ namespace {
 constexpr double trendPoints = 5;
 // A sitting span long enough to be worth a sentence.
 constexpr double longSittingMinutes = 50;
-
-constexpr std::array<const char*, 7> weekdayNames = {"일", "월", "화", "수", "목", "금", "토"};
-
-const char* weekdayName(const Calendar& calendar, Date date) {
-  return weekdayNames[static_cast<std::size_t>(std::clamp(calendar.weekday(date), 1, 7) - 1)];
-}
 
 // The subject particle the word's last syllable takes: "이" after a final
 // consonant, "가" after a vowel.
@@ -205,17 +198,16 @@ std::string percentText(std::optional<double> share) {
 
 std::string shortDayLabel(const Calendar& calendar, Date date) {
   const auto c = calendar.components(date);
-  return format("%d/%d %s", c.month, c.day, weekdayName(calendar, date));
+  return format("%d/%d %s", c.month, c.day, Fmt::weekday(date, calendar).c_str());
 }
 
 std::string longDayLabel(const Calendar& calendar, Date date) {
   const auto c = calendar.components(date);
-  return format("%d월 %d일 %s요일", c.month, c.day, weekdayName(calendar, date));
+  return format("%d월 %d일 %s요일", c.month, c.day, Fmt::weekday(date, calendar).c_str());
 }
 
 std::string spokenHour(int hour) {
-  const int onClock = hour % 12 == 0 ? 12 : hour % 12;
-  return format("%s %d시", hour < 12 ? "오전" : "오후", onClock);
+  return Fmt::hour(hour);
 }
 
 }  // namespace sodam

@@ -82,7 +82,7 @@ std::optional<Line> slippingHour(const PostureLog& log, const Week& week,
   }
   if (tied || alerts[top] < Insights::slipHourMinAlerts) return std::nullopt;
   return Line{"이번 주엔 " + Fmt::hour(top) +
-              "쯤 자세가 가장 자주 무너졌어요. 그때 한 번 더 허리를 펴 봐요."};
+              "대에 자세가 가장 자주 흐트러졌어요. 그때 한 번 더 허리를 펴 봐요."};
 }
 
 std::vector<WorkDay> daysOf(const WorkLife& work, const Week& week) {

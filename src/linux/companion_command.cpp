@@ -1,12 +1,11 @@
 #include "linux/companion_command.h"
 
-#include <filesystem>
 #include <memory>
 #include <optional>
 
 #include "companion/dorani.h"
-#include "linux/file_defaults.h"
 #include "linux/linux_power_source.h"
+#include "linux/record_store.h"
 #include "platform/power.h"
 #include "posture/baseline_store.h"
 #include "support/manual_scheduler.h"
@@ -20,19 +19,6 @@ namespace {
 const char* usage =
     "usage: sodamjari companion [--data-dir DIR]\n"
     "Shows 도란이's page: level, points, today's numbers and what it would say now.";
-
-Calendar localCalendar() {
-  if (auto zone = TimeZone::load("/etc/localtime")) return Calendar(*zone);
-  return Calendar(TimeZone::utc());
-}
-
-// The records of the folder; a folder that is not there yet reads as a
-// first day and is not made by looking.
-std::unique_ptr<Defaults> openRecords(const std::filesystem::path& directory) {
-  std::error_code error;
-  if (!std::filesystem::is_directory(directory, error)) return std::make_unique<MemoryDefaults>();
-  return std::make_unique<FileDefaults>(directory);
-}
 
 void printPage(const Dorani& dorani, const Dorani::Watch& watch, std::ostream& out) {
   out << format("도란이 · 레벨 %d '%s' · 함께한 지 %d일째\n", dorani.level(),
@@ -52,6 +38,17 @@ void printPage(const Dorani& dorani, const Dorani::Watch& watch, std::ostream& o
   }
 }
 
+// The problem with the arguments, if any.
+std::optional<std::string> readArguments(const std::vector<std::string>& args,
+                                         std::optional<std::string>& dataDir) {
+  for (std::size_t i = 0; i < args.size(); ++i) {
+    if (args[i] != "--data-dir") return "unknown option " + args[i];
+    if (i + 1 >= args.size()) return std::string("--data-dir needs a value");
+    dataDir = args[++i];
+  }
+  return std::nullopt;
+}
+
 }  // namespace
 
 const char* companionUsage() {
@@ -59,42 +56,36 @@ const char* companionUsage() {
 }
 
 int runCompanion(const std::vector<std::string>& args, std::ostream& out, std::ostream& err) {
-  std::optional<std::filesystem::path> directory;
-  for (std::size_t i = 0; i < args.size(); ++i) {
-    if (args[i] == "--help" || args[i] == "-h") {
-      out << usage << "\n";
-      return 0;
-    }
-    if (args[i] == "--data-dir" && i + 1 < args.size()) {
-      directory = args[++i];
-      continue;
-    }
-    err << "sodamjari companion: "
-        << (args[i] == "--data-dir" ? "--data-dir needs a value" : "unknown option " + args[i])
-        << "\n"
-        << usage << "\n";
+  if (!args.empty() && (args.front() == "--help" || args.front() == "-h")) {
+    out << usage << "\n";
+    return 0;
+  }
+  std::optional<std::string> dataDir;
+  if (auto problem = readArguments(args, dataDir)) {
+    err << "sodamjari companion: " << *problem << "\n" << usage << "\n";
     return 2;
   }
-  if (!directory) directory = FileDefaults::defaultDirectory();
-  if (!directory) {
-    err << "sodamjari companion: no settings folder: set HOME or XDG_CONFIG_HOME, or give "
-           "--data-dir\n";
-    return 2;
-  }
-  auto defaults = openRecords(*directory);
-  // The moment of looking, held still while the page is read; the tracker's
-  // timer is never started, so its scheduler never runs.
-  ManualClock clock(SystemClock().now());
+  RecordStore store = RecordStore::open(dataDir, false);
+  if (const int status = store.complain("companion", err)) return status;
+  // A folder without records meets the companion for the first time, and
+  // is not made by looking.
+  MemoryDefaults firstMeeting;
+  Defaults& defaults = store.defaults ? static_cast<Defaults&>(*store.defaults) : firstMeeting;
+
   const Calendar calendar = localCalendar();
-  ManualScheduler scheduler(clock);
-  Store store(*defaults, clock, calendar);
+  ManualClock clock(SystemClock().now());
+  ManualScheduler scheduler(clock);  // the tracker's timer is never started
+  Store settings(defaults, clock, calendar);
   LinuxPowerSource source;
   Power power(source);
-  const PostureLog log(*defaults, clock, calendar);
-  const WorkLife work(*defaults, store, power, scheduler, clock, calendar);
-  const Dorani dorani({*defaults, store, log, work, clock, calendar, {}});
+  const PostureLog log(defaults, clock, calendar);
+  const WorkLife work(defaults, settings, power, scheduler, clock, calendar);
+  if (auto newest = newestRecord(log, work.days()); newest && clock.now() < *newest) {
+    clock.set(*newest);
+  }
+  const Dorani dorani({defaults, settings, log, work, clock, calendar, {}});
   // Nothing watches the posture in this process: no alert is up.
-  const Dorani::Watch watch{BaselineStore::read(*defaults).has_value(), store.enabled(),
+  const Dorani::Watch watch{BaselineStore::read(defaults).has_value(), settings.enabled(),
                             std::nullopt};
   printPage(dorani, watch, out);
   return 0;

@@ -60,6 +60,15 @@ RecordStore RecordStore::open(const std::filesystem::path& directory, bool creat
   return store;
 }
 
+std::optional<Date> newestRecord(const PostureLog& log, const std::vector<WorkDay>& days) {
+  std::optional<Date> newest;
+  if (!log.entries().empty()) newest = log.entries().back().t;
+  if (!days.empty()) {
+    if (auto last = days.back().last(); last && (!newest || *newest < *last)) newest = last;
+  }
+  return newest;
+}
+
 Calendar localCalendar() {
   if (auto zone = TimeZone::load("/etc/localtime")) return Calendar(*zone);
   return Calendar(TimeZone::utc());

@@ -5,9 +5,12 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "linux/file_defaults.h"
+#include "posture/posture_log.h"
 #include "support/calendar.h"
+#include "worklife/work_life.h"
 
 namespace sodam {
 
@@ -38,5 +41,9 @@ struct RecordStore {
 
 // The calendar of the machine's time zone, UTC when it can't be read.
 Calendar localCalendar();
+
+// The newest moment any record speaks of: a simulated week may run ahead of
+// the machine's clock, and the commands then read the records as of then.
+std::optional<Date> newestRecord(const PostureLog& log, const std::vector<WorkDay>& days);
 
 }  // namespace sodam

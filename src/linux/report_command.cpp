@@ -46,16 +46,6 @@ std::optional<std::string> readArguments(const std::vector<std::string>& args, R
   return std::nullopt;
 }
 
-// The newest moment any record speaks of.
-std::optional<Date> newestRecord(const PostureLog& log, const std::vector<WorkDay>& days) {
-  std::optional<Date> newest;
-  if (!log.entries().empty()) newest = log.entries().back().t;
-  if (!days.empty()) {
-    if (auto last = days.back().last(); last && (!newest || *newest < *last)) newest = last;
-  }
-  return newest;
-}
-
 bool writeFile(const std::string& path, const std::string& text) {
   std::ofstream file(path, std::ios::binary | std::ios::trunc);
   return file && (file << text) && file.flush();

@@ -73,7 +73,7 @@ TEST(Insights, TheHourOfMostAlertsNeedsEnoughAlertsAndNoTie) {
   afternoon.alertsAt(2, 10, 5);  // more than a week ago
   EXPECT_EQ(afternoon.lines(),
             std::vector<std::string>{
-                "이번 주엔 오후 3시쯤 자세가 가장 자주 무너졌어요. 그때 한 번 더 허리를 "
+                "이번 주엔 오후 3시대에 자세가 가장 자주 흐트러졌어요. 그때 한 번 더 허리를 "
                 "펴 봐요."});
 
   WeekRecords tied;
@@ -85,7 +85,7 @@ TEST(Insights, TheHourOfMostAlertsNeedsEnoughAlertsAndNoTie) {
   WeekRecords midnight;
   midnight.alertsAt(9, 0, 3);
   midnight.alertsAt(10, 11, 2);
-  EXPECT_EQ(midnight.lines().front().rfind("이번 주엔 오전 12시쯤", 0), 0u);
+  EXPECT_EQ(midnight.lines().front().rfind("이번 주엔 오전 12시대에", 0), 0u);
 
   WeekRecords few;
   few.alertsAt(9, 15, 4);  // four alerts in all
