@@ -6,6 +6,11 @@
 
 namespace sodam {
 
+namespace {
+// The pace of the camera while the companion's eyes follow the user.
+constexpr double followFrameSeconds = 0.2;
+}  // namespace
+
 AppDelegate::AppDelegate(Lockdown& lock, Platform platform, AppExtensions extensions)
     : lock_(lock),
       shell_(platform.shell),
@@ -55,6 +60,30 @@ void AppDelegate::connectPanel() {
   panelModel_.previewBuddy = weakCall(self_, [](AppDelegate& app) { app.previewBuddy(); });
   panelModel_.previewAlert =
       weakCall(self_, [](AppDelegate& app, AlertStyle style) { app.previewAlert(style); });
+  panelModel_.onChange.subscribe(
+      weakCall(self_, [](AppDelegate& app) { app.eyesFollow(app.panelModel_.following()); }));
+}
+
+// The monitor is held meanwhile; each frame turns the eyes to the face, and
+// an empty chair rests them.
+void AppDelegate::eyesFollow(bool on) {
+  if (on == eyesFollowing_) return;
+  eyesFollowing_ = on;
+  sight_.clear();
+  if (!on) {
+    feed_.onMeasure = nullptr;
+    feed_.stop();
+    return;
+  }
+  feed_.onMeasure = weakCall(self_, [](AppDelegate& app, const std::optional<Measurement>& m) {
+    if (!m) {
+      app.sight_.clear();
+      return;
+    }
+    const Point look = BuddySight::face(*m);
+    app.sight_.set(look.x, look.y, app.now());
+  });
+  feed_.start(followFrameSeconds, false);
 }
 
 AppDelegate::~AppDelegate() {

@@ -196,6 +196,8 @@ class AppDelegate {
   void toggle();
   void openPanel(PanelPage page) { panelModel_.open(page); }
   void connectPanel();
+  // While the companion's page follows the user, the camera runs for its eyes.
+  void eyesFollow(bool on);
 
   Lockdown& lock_;
   AppShell& shell_;
@@ -226,6 +228,7 @@ class AppDelegate {
   std::unique_ptr<GuideModel> guide_;
 
   bool alerting_ = false;
+  bool eyesFollowing_ = false;
   Date lastBuddy_ = Date::distantPast();
   SeverityBlur severity_;
   Date lastCloser_ = Date::distantPast();

@@ -89,5 +89,26 @@ TEST(DoraniApp, TheLookEditorShowsLockedOptionsWithTheirLevel) {
   EXPECT_FALSE(p.page.choices<PillEars>()[0].chosen);
 }
 
+TEST(DoraniApp, WhileThePageFollowsTheCameraTurnsTheEyesToTheFace) {
+  AppHarness h;
+  h.launch(true);
+  PanelModel& panel = h.app->panelModel();
+  panel.follow(true);  // not in front yet: nothing
+  EXPECT_FALSE(h.app->feed().running());
+  panel.open(PanelPage::dorani);
+  panel.follow(true);
+  EXPECT_TRUE(h.app->monitor().holdReasons().count("dorani"));
+  ASSERT_TRUE(h.app->feed().running());
+  h.advance(1);
+  const auto look = h.app->buddySight().current(h.clock.now());
+  ASSERT_TRUE(look);
+  EXPECT_LT(std::abs(look->x), 0.5);  // the sitter sits in the middle
+
+  panel.go(PanelPage::home);
+  EXPECT_FALSE(h.app->feed().running());
+  EXPECT_FALSE(h.app->buddySight().current(h.clock.now()));
+  EXPECT_FALSE(h.app->monitor().isHeld());
+}
+
 }  // namespace
 }  // namespace sodam
