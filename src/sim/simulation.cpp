@@ -22,6 +22,7 @@ Simulation::Simulation(Scenario scenario, Defaults& defaults, Calendar calendar,
                        Transcript::Sink sink, Options options)
     : scenario_(std::move(scenario)),
       options_(std::move(options)),
+      defaults_(defaults),
       calendar_(std::move(calendar)),
       midnight_(calendar_.startOfDay(day)),
       clock_(midnight_ + scenario_.startSeconds),
@@ -29,9 +30,9 @@ Simulation::Simulation(Scenario scenario, Defaults& defaults, Calendar calendar,
       machine_(scheduler_, clock_),
       transcript_(clock_, calendar_, std::move(sink)),
       lock_(Lockdown::engage(confinement_, scheduler_)) {
-  Store store(defaults, clock_, calendar_);
+  Store store(defaults_, clock_, calendar_);
   if (scenario_.fresh) {
-    BaselineStore::write(defaults, std::nullopt);
+    BaselineStore::write(defaults_, std::nullopt);
     store.setGuideDone(false);
   }
   if (auto live = options_.live ? options_.live : scenario_.live) {
@@ -49,7 +50,7 @@ Simulation::Simulation(Scenario scenario, Defaults& defaults, Calendar calendar,
                                  machine_.lidDevice(),
                                  machine_.queue,
                                  machine_.power,
-                                 defaults,
+                                 defaults_,
                                  transcript_,
                                  transcript_,
                                  transcript_,
@@ -92,6 +93,7 @@ SimulationSummary Simulation::run() {
   while (next < events.size() && momentOf(events[next]) <= clock_.now()) {
     apply(events[next++]);
   }
+  watchTheDay();
   watchTheCompanion();
   app_->finishLaunching(false);
   while (clock_.now() < end()) {
@@ -101,18 +103,23 @@ SimulationSummary Simulation::run() {
     const Date until = next < events.size() ? std::min(momentOf(events[next]), end()) : end();
     step(asleep_ ? std::clamp(until - clock_.now(), stepSeconds, asleepStepSeconds) : stepSeconds);
   }
-  return summarize();
+  auto summary = summarize();
+  defaults_.flush();
+  return summary;
 }
 
 void Simulation::step(double seconds) {
   updateIdle();
   scheduler_.advance(seconds);
   watchTheScreen();
+  watchTheDay();
   watchTheCompanion();
   actLikeAUser();
   takeNudge();
   stretchAlong();
   if (options_.speed && *options_.speed > 0 && options_.sleep) {
+    // In something like real time the records are written as they change.
+    defaults_.flush();
     options_.sleep(seconds / *options_.speed);
   }
 }

@@ -12,6 +12,7 @@
 #include "platform/defaults.h"
 #include "platform/lockdown.h"
 #include "platform/sensitivity.h"
+#include "sim/buffered_defaults.h"
 #include "sim/coach_narrator.h"
 #include "sim/scenario.h"
 #include "sim/sim_machine.h"
@@ -118,13 +119,15 @@ class Simulation {
   void stretchAlong();
   void takeNudge();
   void updateIdle();
-  // New days of a run over several, and each level 도란이 reaches.
+  void watchTheDay();
+  // Each level 도란이 reaches.
   void watchTheCompanion();
   SimulationSummary summarize() const;
   void summarizeCompanion(SimulationSummary& summary) const;
 
   Scenario scenario_;
   Options options_;
+  BufferedDefaults defaults_;
   Calendar calendar_;
   Date midnight_;
   ManualClock clock_;

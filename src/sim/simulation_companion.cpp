@@ -1,6 +1,6 @@
-// The companion in the simulation: the transcript tells each new day of a
-// run over several and each level 도란이 reaches; the summary ends with its
-// points and, for a week, a row a day and the week's insights.
+// Days and the companion in the simulation: the transcript tells each new
+// day of a run over several and each level 도란이 reaches; the summary ends
+// with its points and, for a week, a row a day and the week's insights.
 #include "companion/insights.h"
 #include "sim/simulation.h"
 #include "support/korean_format.h"
@@ -16,12 +16,17 @@ std::string dayLabel(Date day, const Calendar& calendar) {
 }
 }  // namespace
 
-void Simulation::watchTheCompanion() {
+// Each day's records reach the store by the start of the next, and a run
+// over several days names each day as it begins.
+void Simulation::watchTheDay() {
   const Date today = calendar_.startOfDay(clock_.now());
-  if (scenario_.days > 1 && shownDay_ != today) {
-    shownDay_ = today;
-    transcript_.say("── " + dayLabel(today, calendar_) + " ──");
-  }
+  if (shownDay_ == today) return;
+  if (shownDay_) defaults_.flush();
+  shownDay_ = today;
+  if (scenario_.days > 1) transcript_.say("── " + dayLabel(today, calendar_) + " ──");
+}
+
+void Simulation::watchTheCompanion() {
   const Dorani& dorani = app_->dorani();
   const int level = dorani.level();
   if (shownLevel_ != 0 && level > shownLevel_) {
