@@ -59,13 +59,14 @@ constexpr std::string_view week =
 # and a day off between them, so the companion's points bank day by day.
 start 08:55
 end 18:45
-# A steady day: one slide forward, a breath after lunch.
+# A steady day: one slide forward, a breath after lunch, the day's stretches.
 08:55 present=yes distance=55 lid=110 power=mains battery=100
 10:20 forward=5
 12:00 present=no
 12:50 present=yes forward=0
 13:10 breathe
 15:30 drop=6
+16:30 stretch
 18:20 present=no
 18:30 sleep
 day
@@ -128,9 +129,10 @@ day
 17:30 present=no
 17:40 sleep
 day
-# A good day to end the week: upright, three breaths.
+# A good day to end the week: upright, three breaths, a stretch nudge taken up.
 08:50 wake
 08:55 present=yes
+09:30 nudge=yes
 10:00 breathe
 12:00 present=no
 12:45 present=yes

@@ -108,6 +108,10 @@ SimulationSummary Simulation::run() {
   return summary;
 }
 
+void Simulation::step() {
+  step(stepSeconds);
+}
+
 void Simulation::step(double seconds) {
   updateIdle();
   scheduler_.advance(seconds);
@@ -235,6 +239,7 @@ std::vector<std::string> Simulation::runStretch(std::optional<std::vector<Stretc
     began = began || followed_;
     if (began && !app_->panelModel().session()) break;
   }
+  defaults_.flush();
   return stretchSummary_;
 }
 

@@ -113,6 +113,7 @@ class Simulation {
   Date end() const;
   void apply(const ScenarioEvent& event);
   void apply(const ScenarioChange& change);
+  void step();
   void step(double seconds);
   void watchTheScreen();
   void actLikeAUser();
