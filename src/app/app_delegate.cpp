@@ -31,8 +31,10 @@ AppDelegate::AppDelegate(Lockdown& lock, Platform platform, AppExtensions extens
       blur_(platform.overlays, platform.scheduler, platform.clock),
       log_(platform.defaults, platform.clock, calendar_),
       work_(platform.defaults, store_, power_, platform.scheduler, platform.clock, calendar_),
+      focus_(platform.defaults, platform.clock, calendar_),
       dorani_({platform.defaults, store_, log_, work_, platform.clock, calendar_,
-               extensions_.focusMinutes}),
+               weakAsk(self_, 0.0,
+                       [](AppDelegate& app, Date day) { return app.focus_.minutes(day); })}),
       monitor_(
           std::make_unique<Monitor>(Monitor::Ports{frames_, lid_, log_, store_, platform.defaults,
                                                    power_, platform.clock, platform.scheduler})),
@@ -40,7 +42,14 @@ AppDelegate::AppDelegate(Lockdown& lock, Platform platform, AppExtensions extens
                                                                  platform.clock, platform.scheduler,
                                                                  DoraniPoke::randomPick()})),
       feed_(capture_, lid_, platform.clock),
-      panelModel_({feed_, *monitor_, lock_, log_, store_, platform.scheduler, platform.clock}) {
+      panelModel_({feed_,
+                   *monitor_,
+                   lock_,
+                   log_,
+                   store_,
+                   platform.scheduler,
+                   platform.clock,
+                   {feed_, capture_, *monitor_, power_, work_, platform.clock}}) {
   monitor_->displayHeightCm = platform.displayHeightCm;
   pills_.look =
       weakAsk(self_, PillLook{}, [](AppDelegate& app) { return PillLook::current(app.store_); });
@@ -99,6 +108,7 @@ void AppDelegate::finishLaunching(bool loginLaunch) {
     power_.setScreenLocked(true);
     monitor_->hold("lock");
   }
+  wireFocus();
   lock_.onThreat = weakCall(self_, [](AppDelegate& app, const Threat&) {
     app.capture_.revoke();
     app.refresh();
@@ -176,6 +186,10 @@ StatusFacts AppDelegate::statusFacts() const {
   facts.cameraRevoked = capture_.revoked();
   facts.unseenCameraUses = extensions_.unseenCameraUses();
   facts.ears = store_.pillEars(lookCount<PillEars>());
+  for (const auto& preset : focus_.presets())
+    facts.presets.push_back({preset.id, preset.name, preset.symbol, preset.mode == UseMode::watch});
+  facts.activePresetId = focus_.active().id;
+  facts.watcherActive = panelModel_.madeWatcher() && panelModel_.madeWatcher()->active();
   return facts;
 }
 
@@ -235,7 +249,10 @@ void AppDelegate::perform(MenuAction action, std::optional<int> tag,
       if (auto page = tag ? pageForShortcut(*tag) : std::nullopt) openPanel(*page);
       break;
     case MenuAction::pickMode:
-      if (payload) extensions_.pickPreset(*payload);
+      if (payload) pickMode(*payload);
+      break;
+    case MenuAction::toggleWatch:
+      toggleWatch();
       break;
     case MenuAction::startRoutine:
       startRoutine();
@@ -301,12 +318,15 @@ void AppDelegate::screensWoke() {
   monitor_->release("display");
 }
 
+// A sleeping machine sees nothing; the watcher judges again once it wakes.
 void AppDelegate::willSleep() {
   monitor_->hold("sleep");
+  watcher().setPaused(true);
 }
 
 void AppDelegate::didWake() {
   monitor_->release("sleep");
+  watcher().setPaused(false);
 }
 
 void AppDelegate::reopen() {

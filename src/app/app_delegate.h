@@ -20,6 +20,8 @@
 #include "companion/buddy_sight.h"
 #include "companion/dorani.h"
 #include "companion/mate_state.h"
+#include "focus/focus_center.h"
+#include "focus/watch_engine.h"
 #include "platform/alert_style.h"
 #include "platform/lid_sensor.h"
 #include "platform/lockdown.h"
@@ -57,22 +59,8 @@ class AppShell {
 // Parts of the product that are reached from the routing but live elsewhere.
 // Each default is the inert answer of a part that is not there.
 struct AppExtensions {
-  // Minutes of focus sessions on the calendar day of the date.
-  std::function<double(Date day)> focusMinutes = [](Date) { return 0.0; };
-  // The active focus preset's switches.
-  std::function<bool()> presetPosture = [] { return true; };
-  std::function<bool()> presetStretch = [] { return true; };
-  std::function<bool()> presetShare = [] { return true; };
   // Camera uses by other applications not yet seen by the user.
   std::function<int()> unseenCameraUses = [] { return 0; };
-  // The focus watcher's state while it runs unpaused; none otherwise.
-  std::function<std::optional<MateState>()> watcherState = [] {
-    return std::optional<MateState>();
-  };
-  // A focus session is running.
-  std::function<bool()> focusSession = [] { return false; };
-  // The user picked the focus preset of this id in the quick menu.
-  std::function<void(const std::string& presetId)> pickPreset = [](const std::string&) {};
 };
 
 // The root of the product: owns every long-lived component, wires their
@@ -136,6 +124,14 @@ class AppDelegate {
   // Opens the stretch page with the day's routine, or with the session that
   // already runs; not while the guide is up.
   void startRoutine();
+  // The focus coach: a preset picked by its id, the watcher started or
+  // ended from the menu, and the set-up sheet's start, which calibrates the
+  // watcher for the active preset.
+  void pickMode(const std::string& presetId);
+  void toggleWatch();
+  void startWatching();
+  // The ten-second tick that tells the focus center the user's state.
+  void tickTogether();
   void breatheNow();
   void previewBuddy();
   void previewAlert(AlertStyle style);
@@ -164,6 +160,8 @@ class AppDelegate {
   Dorani& dorani() { return dorani_; }
   // The companion's page: its lines, its replies to taps and its looks.
   DoraniPage& doraniPage() { return *doraniPage_; }
+  FocusCenter& focus() { return focus_; }
+  WatchEngine& watcher() { return panelModel_.watcher(); }
   Capture& capture() { return capture_; }
   const Calendar& calendar() const { return calendar_; }
   LiveFeed& feed() { return feed_; }
@@ -191,7 +189,14 @@ class AppDelegate {
   void suggest(const Monitor::Suggestion& suggestion);
   void closer(bool force);
   void buddyLooks(const std::optional<Measurement>& m, const std::optional<Metrics>& metrics);
+  bool dropsFriendlyPills() const;
   void nudge(const WorkLife::Nudge& nudge);
+  void wireFocus();
+  void habitCaught(WatchHabit habit);
+  void goalReached(int minutes);
+  void modeChanged(const FocusPreset& old, const FocusPreset& now);
+  // The watcher runs and judges: its state is the user's.
+  bool watcherJudging() const;
   void guideClosed(bool openedFirstTime);
   void toggle();
   void openPanel(PanelPage page) { panelModel_.open(page); }
@@ -218,6 +223,8 @@ class AppDelegate {
   BlurAlert blur_;
   PostureLog log_;
   WorkLife work_;
+  // Before the companion, which counts the focus minutes as it is made.
+  FocusCenter focus_;
   Dorani dorani_;
   std::unique_ptr<Monitor> monitor_;
   std::unique_ptr<DoraniPage> doraniPage_;
@@ -234,6 +241,7 @@ class AppDelegate {
   Date lastCloser_ = Date::distantPast();
   std::vector<Timer> previewTimers_;
   Timer breatheTimer_;
+  Timer togetherTimer_;
   Timer borderPreviewTimer_;
 };
 

@@ -187,8 +187,14 @@ void AppDelegate::buddyLooks(const std::optional<Measurement>& m,
   }
 }
 
+// The nudges, the focus coach's pills and the goal wait for nobody: while
+// an alert or the guide is up, or the screen is locked or dark, they are dropped.
+bool AppDelegate::dropsFriendlyPills() const {
+  return alerting_ || guide_ || power_.screenLocked() || power_.displaysAsleep();
+}
+
 void AppDelegate::nudge(const WorkLife::Nudge& nudge) {
-  if (alerting_ || guide_ || power_.screenLocked() || power_.displaysAsleep()) return;
+  if (dropsFriendlyPills()) return;
   if (nudge.kind == WorkLife::Nudge::Kind::wrapUp) {
     const long long seated = roundedInt(nudge.day.seated());
     const auto ratio = log_.day(now()).ratio();
@@ -199,7 +205,7 @@ void AppDelegate::nudge(const WorkLife::Nudge& nudge) {
          10, weakCall(self_, [](AppDelegate& app) { app.openPanel(PanelPage::history); }));
     return;
   }
-  if (!extensions_.presetStretch()) return;
+  if (!focus_.active().stretch) return;
   show(Pill(now(), Pill::Art::say(Mood::curious), Theme::white,
             format("%d분째 앉아 있어요", nudge.minutes),
             "같이 스트레칭할래요? 누르면 3분 루틴을 시작해요"),
@@ -276,7 +282,7 @@ std::optional<MateState> firstPostureState(const std::optional<Reading>& reading
 
 MateState AppDelegate::currentState() const {
   if (panelModel_.session()) return MateState::stretch;
-  if (auto watching = extensions_.watcherState()) return *watching;
+  if (watcherJudging()) return panelModel_.madeWatcher()->state();
   if (power_.screenLocked() || power_.displaysAsleep() || power_.sessionLocked()) {
     return MateState::away;
   }
@@ -291,7 +297,7 @@ MateState AppDelegate::currentState() const {
       return MateState::away;
     }
   }
-  if (work_.present()) return extensions_.focusSession() ? MateState::focus : MateState::desk;
+  if (work_.present()) return focus_.session() ? MateState::focus : MateState::desk;
   return MateState::away;
 }
 

@@ -62,7 +62,19 @@ void PanelModel::closeCard() {
 void PanelModel::setWatchSetupOpen(bool open) {
   if (open == watchSetupOpen_) return;
   watchSetupOpen_ = open;
+  if (!open && watcher_ && watcher_->phase() == WatchEngine::Phase::setup) watcher_->stop();
   changed();
+}
+
+void PanelModel::requestWatchSetup() {
+  if (watcher().active()) return;
+  watcher().beginSetup();
+  setWatchSetupOpen(true);
+}
+
+WatchEngine& PanelModel::watcher() {
+  if (!watcher_) watcher_ = std::make_unique<WatchEngine>(parts_.watch);
+  return *watcher_;
 }
 
 void PanelModel::follow(bool on) {

@@ -9,6 +9,7 @@
 #include "app/panel_page.h"
 #include "coach/coach_session.h"
 #include "coach/stretch.h"
+#include "focus/watch_engine.h"
 #include "platform/alert_style.h"
 #include "platform/lockdown.h"
 #include "platform/store.h"
@@ -47,6 +48,8 @@ class PanelModel {
     const Store& store;
     Scheduler& scheduler;
     const Clock& clock;
+    // What the focus watcher is made from.
+    WatchEngine::Ports watch;
   };
 
   explicit PanelModel(Parts parts) : parts_(parts) {}
@@ -89,7 +92,16 @@ class PanelModel {
 
   // The focus coach's set-up sheet is up.
   bool watchSetupOpen() const { return watchSetupOpen_; }
+  // Closing the sheet before the watcher was started turns its camera off.
   void setWatchSetupOpen(bool open);
+  // Opens the set-up sheet with the camera on, so that the user can place
+  // the machine; nothing while the watcher already runs.
+  void requestWatchSetup();
+
+  // The focus coach's watch engine, made on first use.
+  WatchEngine& watcher();
+  // The watcher if it was made; nothing before its first use.
+  const WatchEngine* madeWatcher() const { return watcher_.get(); }
 
   // While the companion page is in front, keeps the checks quiet so that the
   // camera can serve the companion's eyes, which follow the user's face. It
@@ -130,8 +142,6 @@ class PanelModel {
   std::function<void()> eyesRested;
 
   // Joining here with the features that bring them:
-  // - watcher: the focus coach's watch engine, made on first use, and
-  //   requestWatchSetup(), which opens the set-up unless it already runs;
   // - chat: the health coach's chat, made on first use, with consultOpen and
   //   consultExpanded;
   // - watch: the camera watch.
@@ -149,6 +159,7 @@ class PanelModel {
   bool watchSetupOpen_ = false;
   bool following_ = false;
   std::unique_ptr<CoachSession> session_;
+  std::unique_ptr<WatchEngine> watcher_;
 };
 
 }  // namespace sodam

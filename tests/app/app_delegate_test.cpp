@@ -265,17 +265,6 @@ TEST(AppMenu, SetupDeskOpensTheGuidesSetupStepAndReopenShowsThePageLastShown) {
             (std::vector<PanelPage>{PanelPage::home, PanelPage::history, PanelPage::history}));
 }
 
-TEST(AppMenu, APresetItemHandsItsPresetIdToTheFocusCoach) {
-  std::vector<std::string> picked;
-  AppExtensions extensions;
-  extensions.pickPreset = [&](const std::string& id) { picked.push_back(id); };
-  AppHarness h(true, extensions);
-  h.launch(true);
-  h.app->perform(MenuAction::pickMode, std::nullopt, "B-2");
-  h.app->perform(MenuAction::pickMode);  // an item that lost its id picks nothing
-  EXPECT_EQ(picked, std::vector<std::string>{"B-2"});
-}
-
 TEST(AppState, TheGroupsSeeThePostureOnlyWhenItHasAName) {
   AppHarness h;
   h.launch(true);
@@ -288,12 +277,14 @@ TEST(AppState, TheGroupsSeeThePostureOnlyWhenItHasAName) {
   h.machine.sitter.posture.forwardHeadCm = 0;
   ASSERT_TRUE(h.runUntil(Phase::idle, 3));
 
-  // A tilted head has no state of its own: the next test decides.
+  // A tilted head has no state of its own: the next test decides, and the
+  // user at the desk is in a focus session by now.
   h.machine.sitter.posture.headRollDeg = 10;
   h.app->monitor().checkNow();
   ASSERT_TRUE(h.runUntil(Phase::alerting, 14));
   ASSERT_EQ(h.app->monitor().reading()->issues.front().kind, IssueKind::headTilt);
-  EXPECT_EQ(h.app->currentState(), MateState::desk);
+  ASSERT_TRUE(h.app->focus().session());
+  EXPECT_EQ(h.app->currentState(), MateState::focus);
 
   h.app->screenLocked();
   EXPECT_EQ(h.app->currentState(), MateState::away);
