@@ -10,6 +10,7 @@
 #include "alerts/border_alert.h"
 #include "alerts/pill_center.h"
 #include "app/dorani_page.h"
+#include "app/focus_page.h"
 #include "app/home_page.h"
 #include "app/menus.h"
 #include "app/panel_model.h"
@@ -140,6 +141,8 @@ class AppDelegate {
   // The panel's everyday pages as they stand now.
   HomePage homePage() const;
   ReportPage reportPage() const;
+  // The focus page: presets, the running session, the watcher, today.
+  FocusPage focusPage() const;
   // The settings page, whose changes the monitor, the status item and the
   // shield (where the platform has one) follow at once.
   SettingsPage settingsPage(CaptureShield* shield);

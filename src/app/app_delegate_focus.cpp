@@ -78,6 +78,10 @@ void AppDelegate::modeChanged(const FocusPreset& old, const FocusPreset& now) {
   refresh();
 }
 
+FocusPage AppDelegate::focusPage() const {
+  return FocusPage::make(focus_, panelModel_.madeWatcher(), calendar_, now());
+}
+
 void AppDelegate::pickMode(const std::string& presetId) {
   const FocusPreset* preset = focus_.preset(presetId);
   if (!preset) return;

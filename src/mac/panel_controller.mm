@@ -6,6 +6,7 @@
 
 #import "mac/panel_pages.h"
 #import "mac/panel_views.h"
+#import "mac/watch_setup_sheet.h"
 
 using namespace sodam;
 
@@ -50,6 +51,7 @@ std::vector<SidebarRow> sidebarRows() {
   NSView* _pageHost;
   NSView<SJPanelPage>* _page;
   std::optional<PanelPage> _shownPage;
+  SJWatchSetupSheet* _setupSheet;
 }
 
 - (instancetype)initWithCore:(AppDelegate&)core shield:(CaptureShield&)shield {
@@ -154,6 +156,7 @@ std::vector<SidebarRow> sidebarRows() {
 
 // The page changed, or what it shows; drawn once per burst.
 - (void)modelChanged {
+  [self followWatchSetup];
   const PanelPage page = _core->panelModel().page();
   if (_shownPage != page) {
     [self showPage:page];
@@ -165,6 +168,18 @@ std::vector<SidebarRow> sidebarRows() {
 
 - (void)reloadPage {
   [_page reload];
+}
+
+// The focus coach's set-up comes up over whichever page is in front.
+- (void)followWatchSetup {
+  const bool open = _core->panelModel().watchSetupOpen();
+  if (open && !_setupSheet) {
+    _setupSheet = [[SJWatchSetupSheet alloc] initWithCore:*_core];
+    [_window beginSheet:_setupSheet completionHandler:nil];
+  } else if (!open && _setupSheet) {
+    [_window endSheet:_setupSheet];
+    _setupSheet = nil;
+  }
 }
 
 - (void)showPage:(PanelPage)page {

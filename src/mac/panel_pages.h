@@ -36,6 +36,7 @@ NSView<SJPanelPage>* SJMakePanelPage(sodam::PanelPage page, const SJPanelContext
 
 // The pages, each in its own file.
 NSView<SJPanelPage>* SJMakeHomePage(const SJPanelContext& context);
+NSView<SJPanelPage>* SJMakeFocusPage(const SJPanelContext& context);
 NSView<SJPanelPage>* SJMakeReportPage(const SJPanelContext& context);
 NSView<SJPanelPage>* SJMakeSettingsPage(const SJPanelContext& context);
 NSView<SJPanelPage>* SJMakeStretchPage(const SJPanelContext& context);

@@ -14,9 +14,10 @@ NSView<SJPanelPage>* SJMakePanelPage(PanelPage page, const SJPanelContext& conte
       return SJMakeSettingsPage(context);
     case PanelPage::stretch:
       return SJMakeStretchPage(context);
+    case PanelPage::focus:
+      return SJMakeFocusPage(context);
     case PanelPage::dorani:
       return SJMakeDoraniPage(context);
-    case PanelPage::focus:
     case PanelPage::groups:
     case PanelPage::ranking:
     case PanelPage::doctor:
