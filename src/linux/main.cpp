@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "linux/companion_command.h"
+#include "linux/focus_command.h"
 #include "linux/report_command.h"
 #include "linux/settings_command.h"
 #include "linux/simulate_command.h"
@@ -19,7 +20,8 @@ void printUsage(std::ostream& out) {
          "       sodamjari report [today|week] [--html FILE]   the report of the records\n"
          "       sodamjari settings [list | get KEY | set KEY VALUE]\n"
          "       sodamjari stretch [ID...] [options]       a stretch routine with the sitter\n"
-         "       sodamjari companion [--data-dir DIR]      도란이's page: level, points, lines\n";
+         "       sodamjari companion [--data-dir DIR]      도란이's page: level, points, lines\n"
+         "       sodamjari focus [--data-dir DIR]          the focus modes and today's sessions\n";
 }
 }  // namespace
 
@@ -48,6 +50,7 @@ int main(int argc, char** argv) {
   if (args.front() == "settings") return sodam::runSettings(rest, std::cout, std::cerr);
   if (args.front() == "stretch") return sodam::runStretch(rest, std::cout, std::cerr);
   if (args.front() == "companion") return sodam::runCompanion(rest, std::cout, std::cerr);
+  if (args.front() == "focus") return sodam::runFocus(rest, std::cout, std::cerr);
   std::cerr << "sodamjari: unknown command \"" << args.front() << "\"\n";
   printUsage(std::cerr);
   return 2;

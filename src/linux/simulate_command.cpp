@@ -30,7 +30,7 @@ const char* usage =
     "usage: sodamjari simulate [SCENARIO] [--mode interval|live] [--speed N | --realtime]\n"
     "                          [--data-dir DIR] [--sensitivity strict|normal|relaxed]\n"
     "                          [--style border|blur]\n"
-    "SCENARIO is one of workday, live, first-run, week, or a scenario file.";
+    "SCENARIO is one of workday, live, first-run, week, study, or a scenario file.";
 
 // The value after an option, or a problem naming the option.
 std::optional<std::string> valueOf(const std::vector<std::string>& args, std::size_t& i,

@@ -15,7 +15,7 @@ namespace {
 
 using Field = ScenarioChange::Field;
 
-enum class Kind { flag, number, word };
+enum class Kind { flag, number, word, choice };
 
 struct FieldRule {
   std::string_view name;
@@ -52,7 +52,51 @@ constexpr std::array fieldRules{
     FieldRule{"stretch", Field::stretch, Kind::word},
     FieldRule{"nudge", Field::nudge, Kind::flag},
     FieldRule{"breathe", Field::breathe, Kind::word},
+    FieldRule{"focus", Field::focus, Kind::choice},
+    FieldRule{"habit", Field::habit, Kind::choice},
+    FieldRule{"hands", Field::hands, Kind::choice},
+    FieldRule{"doze", Field::doze, Kind::flag},
 };
+
+// The names a choice field takes; a name's value is its position.
+struct Choices {
+  Field field;
+  std::array<std::string_view, 6> names;
+};
+constexpr std::array fieldChoices{
+    Choices{Field::focus, {"laptop", "watch"}},
+    Choices{Field::habit, {"phone", "drowsy", "chinRest", "mouth", "away"}},
+    Choices{Field::hands, {"rest", "phone", "chin", "mouth"}},
+};
+
+const Choices& choicesOf(Field field) {
+  for (const auto& choices : fieldChoices) {
+    if (choices.field == field) return choices;
+  }
+  return fieldChoices.front();
+}
+
+std::optional<double> parseChoice(Field field, std::string_view text) {
+  const auto& names = choicesOf(field).names;
+  for (std::size_t i = 0; i < names.size(); ++i) {
+    if (!names[i].empty() && names[i] == text) return static_cast<double>(i);
+  }
+  return std::nullopt;
+}
+
+// "a, b or c"
+std::string choiceList(Field field) {
+  std::vector<std::string_view> names;
+  for (auto name : choicesOf(field).names) {
+    if (!name.empty()) names.push_back(name);
+  }
+  std::string list;
+  for (std::size_t i = 0; i < names.size(); ++i) {
+    if (i > 0) list += i + 1 == names.size() ? " or " : ", ";
+    list += names[i];
+  }
+  return list;
+}
 
 const FieldRule* findField(std::string_view name) {
   for (const auto& rule : fieldRules) {
@@ -242,6 +286,14 @@ class Reader {
 
   std::optional<ScenarioChange> readValue(const FieldRule& rule, std::string_view text, int line) {
     const std::string name(rule.name);
+    if (rule.kind == Kind::choice) {
+      auto choice = parseChoice(rule.field, text);
+      if (!choice) {
+        fail(line, format("field \"%s\" is %s", name.c_str(), choiceList(rule.field).c_str()));
+        return std::nullopt;
+      }
+      return ScenarioChange{rule.field, *choice};
+    }
     if (rule.kind == Kind::flag) {
       auto flag = parseFlag(rule.field, text);
       if (!flag) {

@@ -23,6 +23,8 @@ namespace sodam {
 //   16:00 nudge=yes
 //   day                     # the next day begins
 //   09:10 present=yes
+//   14:00 focus=watch habit=mouth distance=85 lid=90
+//   14:30 hands=phone
 //
 // Times are wall-clock times of the simulated day, never going back within a
 // day; "day" moves on to the next calendar day, so one run can span a week.
@@ -54,9 +56,15 @@ struct ScenarioChange {
     stretch,     // the user starts the day's stretch routine from the menu
     nudge,       // yes/no: the user takes up the next stretch nudge
     breathe,     // the user takes a minute's breathing from the menu
+    focus,       // watch/laptop: the user picks the first preset of that mode
+    habit,       // a habit's name: the user adds it to the active preset
+    hands,       // rest/phone/chin/mouth: what the sitter's hands do
+    doze,        // yes/no: the sitter nods off, or wakes
   };
   Field field;
-  double value = 0;  // yes 1, no 0; battery 1, mains 0; 0 for the bare words
+  // yes 1, no 0; battery 1, mains 0; 0 for the bare words; a named choice
+  // its position in the list of its field's names
+  double value = 0;
 
   bool operator==(const ScenarioChange&) const = default;
 };
@@ -84,7 +92,7 @@ struct Scenario {
   // Reads a scenario; on error says which line and which field is wrong.
   static Parsed parse(std::string_view text, std::string name = "");
   // The scenarios that come with the program: "workday", "live", "first-run",
-  // "week".
+  // "week", "study".
   static std::optional<Scenario> builtIn(std::string_view name);
   static std::vector<std::string> builtInNames();
 };

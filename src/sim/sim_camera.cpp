@@ -61,6 +61,13 @@ void SimCamera::detect(const CameraFrame& frame, const FramePlan& plan, Detectio
   ++framesDetected_;
   const auto* scene = static_cast<const SimScene*>(frame.image.get());
   options_.detections.render(scene->person, frame.size, plan, out);
+  for (std::size_t r = 0; r < Detections::requestCount; ++r) {
+    if (out.requests[r].ran) ++requestsRun_[r];
+  }
+}
+
+int SimCamera::requestsRun(Detections::Request request) const {
+  return requestsRun_[static_cast<std::size_t>(request)];
 }
 
 int SimCamera::framesDetected() const {

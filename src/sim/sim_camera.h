@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <atomic>
 #include <functional>
 #include <memory>
@@ -47,6 +48,8 @@ class SimCamera final : public CameraDevice, public Detector {
   int framesMade() const;
   // Frames the capture kept and ran the detectors on.
   int framesDetected() const;
+  // Frames on which the detector ran this request.
+  int requestsRun(Detections::Request request) const;
   // Seconds the camera has run, the current run included.
   double secondsRunning() const;
 
@@ -61,6 +64,7 @@ class SimCamera final : public CameraDevice, public Detector {
   Timer timer_;  // main thread
   // Counted on the frame queue, which may run inside a tick.
   std::atomic<int> framesDetected_{0};
+  std::array<std::atomic<int>, Detections::requestCount> requestsRun_{};
 
   mutable std::mutex mutex_;
   Sink sink_;

@@ -61,9 +61,14 @@ Simulation::Simulation(Scenario scenario, Defaults& defaults, Calendar calendar,
                                  calendar_,
                                  std::nullopt};
   app_ = std::make_unique<AppDelegate>(*lock_, std::move(platform));
+  followFocus();
 }
 
-Simulation::~Simulation() = default;
+// The application goes quietly: what it does on its way out is no part of the day.
+Simulation::~Simulation() {
+  app_->watcher().onChange.unsubscribe(focusTold_.watcherToken);
+  app_->focus().onUpdate.unsubscribe(focusTold_.focusToken);
+}
 
 Date Simulation::dayToSimulate(Defaults& defaults, const Calendar& calendar, Date today) {
   const ManualClock clock(today);
@@ -121,6 +126,7 @@ void Simulation::step(double seconds) {
   actLikeAUser();
   takeNudge();
   stretchAlong();
+  studyLikeAUser();
   if (options_.speed && *options_.speed > 0 && options_.sleep) {
     // In something like real time the records are written as they change.
     defaults_.flush();
@@ -339,6 +345,12 @@ void Simulation::apply(const ScenarioChange& change) {
     case Field::breathe:
       if (app_) app_->breatheNow();
       break;
+    case Field::focus:
+    case Field::habit:
+    case Field::hands:
+    case Field::doze:
+      applyStudy(change);
+      break;
   }
 }
 
@@ -363,6 +375,7 @@ SimulationSummary Simulation::summarize() const {
   s.cameraSeconds = machine_.camera.secondsRunning();
   s.framesProcessed = machine_.camera.framesDetected();
   summarizeCompanion(s);
+  s.focus = summarizeFocus();
   return s;
 }
 
@@ -385,6 +398,19 @@ std::vector<std::string> SimulationSummary::lines() const {
   out.push_back(format("카메라 %.1f%% 켜짐 (%.0f초) · 처리한 프레임 %d장", cameraShare() * 100,
                        cameraSeconds, framesProcessed));
   addCompanionLines(out);
+  if (focus) {
+    std::string line = "집중 " + hm(focus->minutes);
+    for (std::size_t i = 0; i < focus->habits.size(); ++i) {
+      line += (i == 0 ? " · " : ", ") + focus->habits[i].first +
+              format(" %d번", focus->habits[i].second);
+    }
+    out.push_back(line);
+    out.push_back(
+        format("집중코치 카메라: 초당 %.1f장 분석 · 사람 윤곽 %lld%% · 손과 몸 %lld%% · "
+               "휴대폰 확인 %lld%%",
+               focus->framesPerSecond, roundedInt(focus->maskShare * 100),
+               roundedInt(focus->bodyShare * 100), roundedInt(focus->sceneShare * 100)));
+  }
   return out;
 }
 

@@ -5,6 +5,8 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "app/app_delegate.h"
 #include "coach/stretch.h"
@@ -34,6 +36,17 @@ struct SimulationSummary {
   double simulatedSeconds = 0;
   double cameraSeconds = 0;
   int framesProcessed = 0;
+  // When the focus watcher ran: the day's focus and habits, and how much of
+  // each analysed frame its light reading asked for.
+  struct Focus {
+    double minutes = 0;
+    std::vector<std::pair<std::string, int>> habits;  // by title, in the habits' order
+    double framesPerSecond = 0;                       // analysed while the camera ran
+    double maskShare = 0;                             // of the analysed frames
+    double bodyShare = 0;
+    double sceneShare = 0;
+  };
+  std::optional<Focus> focus;
 
   // 도란이 at the end of the run.
   struct Companion {
@@ -125,6 +138,13 @@ class Simulation {
   void watchTheCompanion();
   SimulationSummary summarize() const;
   void summarizeCompanion(SimulationSummary& summary) const;
+  // The focus coach, as the user and the transcript meet it.
+  void followFocus();
+  void applyStudy(const ScenarioChange& change);
+  void studyLikeAUser();
+  void tellWatcher();
+  void tellFocus();
+  std::optional<SimulationSummary::Focus> summarizeFocus() const;
 
   Scenario scenario_;
   Options options_;
@@ -155,6 +175,21 @@ class Simulation {
   bool asleep_ = false;
   std::optional<Date> shownDay_;
   int shownLevel_ = 0;
+
+  // What the transcript last told of the focus coach.
+  struct FocusTold {
+    WatchEngine::Phase phase = WatchEngine::Phase::off;
+    std::optional<MateState> state;
+    std::optional<std::string> note;
+    std::optional<std::string> hint;
+    bool session = false;
+    std::size_t records = 0;
+    Signal<>::Token watcherToken = 0;
+    Signal<>::Token focusToken = 0;
+  };
+  FocusTold focusTold_;
+  bool watcherRan_ = false;
+  bool dozing_ = false;
 };
 
 }  // namespace sodam

@@ -9,6 +9,7 @@
 #include "sim/lid_camera.h"
 #include "sim/pixel_noise.h"
 #include "sim/sim_person.h"
+#include "sim/sitter_study.h"
 #include "support/geometry.h"
 
 namespace sodam {
@@ -97,6 +98,11 @@ class VirtualSitter {
   bool present = true;  // false: nobody in front of the camera
   std::optional<double> aperture = 0.3;
   std::optional<Point> pupil = Point{0.5, 0.5};
+  // While studying: what the hands do, and how far the sitter has nodded
+  // off, from 0 (awake) to 1 (asleep, the head sunk out of the face
+  // detector's sight).
+  SitterHands hands = SitterHands::rest;
+  double doze = 0;
 
   VirtualSitter() = default;
   // Gaussian jitter of every detected position, in pixels.

@@ -2,6 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include "focus/use_mode.h"
+#include "focus/watch_habit.h"
+#include "sim/sitter_study.h"
+
 namespace sodam {
 namespace {
 
@@ -48,6 +52,9 @@ TEST(Scenario, ABadLineIsNamedWithItsField) {
       {"09:00 forward", "line 1: field \"forward\" needs a value"},
       {"09:00 present=maybe", "line 1: field \"present\" is yes or no"},
       {"09:00 power=solar", "line 1: field \"power\" is mains or battery"},
+      {"09:00 hands=feet", "line 1: field \"hands\" is rest, phone, chin or mouth"},
+      {"09:00 focus=posture", "line 1: field \"focus\" is laptop or watch"},
+      {"09:00 habit=posture", "line 1: field \"habit\" is phone, drowsy, chinRest, mouth or away"},
       {"09:00 lock=yes", "line 1: \"lock\" takes no value"},
       {"25:00 lock", "line 1: \"25:00\" is neither a time nor a setting"},
       {"9:60 lock", "line 1: \"9:60\" is neither a time nor a setting"},
@@ -85,6 +92,22 @@ day
   EXPECT_EQ(Scenario::parse("end 10:00\n11:00 lock\nday\n09:00 unlock").error, "");
   EXPECT_EQ(Scenario::parse("day\nend 10:00\n11:00 lock").error,
             "line 3: the event comes after the end");
+}
+
+TEST(Scenario, StudyFieldsNameTheirChoices) {
+  const auto parsed = Scenario::parse("13:00 focus=watch hands=chin doze=yes habit=mouth");
+  ASSERT_TRUE(parsed.scenario) << parsed.error;
+  EXPECT_EQ(parsed.scenario->events[0].changes,
+            (std::vector<ScenarioChange>{{Field::focus, UseMode::watch},
+                                         {Field::hands, static_cast<double>(SitterHands::chin)},
+                                         {Field::doze, 1},
+                                         {Field::habit, WatchHabit::mouth}}));
+  // Each habit a preset may watch is named by its own raw value.
+  for (WatchHabit habit : WatchHabit::pickable()) {
+    const auto one = Scenario::parse("13:00 habit=" + std::string(habit.raw()));
+    ASSERT_TRUE(one.scenario) << habit.raw();
+    EXPECT_EQ(one.scenario->events[0].changes[0].value, habit);
+  }
 }
 
 TEST(Scenario, TheBuiltInScenariosReadAndUnknownNamesDoNot) {
