@@ -131,13 +131,18 @@ void WatchEngine::stop() {
   changed();
 }
 
+// Kept until the next aperture comes, since a frame asks for it twice.
 std::optional<double> WatchEngine::openEye() const {
-  if (eyes_.size() < openEyeLeastCount) return std::nullopt;
+  if (openEyeKnown_) return openEye_;
+  openEyeKnown_ = true;
+  openEye_.reset();
+  if (eyes_.size() < openEyeLeastCount) return openEye_;
   scratch_.assign(eyes_.begin(), eyes_.end());
   const auto at = static_cast<std::size_t>(static_cast<double>(scratch_.size()) * openEyeQuantile);
   std::nth_element(scratch_.begin(), scratch_.begin() + static_cast<std::ptrdiff_t>(at),
                    scratch_.end());
-  return scratch_[at];
+  openEye_ = scratch_[at];
+  return openEye_;
 }
 
 void WatchEngine::take(const std::optional<Measurement>& m) {
@@ -170,6 +175,7 @@ WatchEngine::Frame WatchEngine::frameOf(const std::optional<Measurement>& m) {
   if (m->aperture && !m->fromBody) {
     eyes_.push_back(*m->aperture);
     if (eyes_.size() > eyesKept) eyes_.pop_front();
+    openEyeKnown_ = false;
   }
   readHands(*m, frame);
   return frame;

@@ -181,6 +181,8 @@ class WatchEngine {
   double intervalInUse_ = 0;
   // Reused for medians and the open-eye value, so a frame allocates nothing.
   mutable std::vector<double> scratch_;
+  mutable std::optional<double> openEye_;
+  mutable bool openEyeKnown_ = false;
 };
 
 }  // namespace sodam
