@@ -37,9 +37,10 @@ WatchEngine::WatchEngine(Ports ports) : ports_(ports) {
   said_.fill(Date::distantPast());
 }
 
+// Quietly: the views that follow the engine are gone by now.
 WatchEngine::~WatchEngine() {
   *self_ = nullptr;
-  if (active()) stop();
+  stopCamera();
 }
 
 void WatchEngine::setPaused(bool paused) {
@@ -106,17 +107,20 @@ void WatchEngine::update(std::vector<WatchHabit> habits, bool posture) {
   if (cameraOn_) startCamera();
 }
 
+void WatchEngine::stopCamera() {
+  if (!cameraOn_) return;
+  ports_.feed.onMeasure = nullptr;
+  ports_.feed.stop();
+  // The feed only rests the capture when it ran; the watcher set these
+  // whether or not the camera was allowed.
+  ports_.capture.setCheckPhone(false);
+  ports_.capture.setLight(false);
+  ports_.monitor.release(std::string(hold));
+  cameraOn_ = false;
+}
+
 void WatchEngine::stop() {
-  if (cameraOn_) {
-    ports_.feed.onMeasure = nullptr;
-    ports_.feed.stop();
-    // The feed only rests the capture when it ran; the watcher set these
-    // whether or not the camera was allowed.
-    ports_.capture.setCheckPhone(false);
-    ports_.capture.setLight(false);
-    ports_.monitor.release(std::string(hold));
-    cameraOn_ = false;
-  }
+  stopCamera();
   phase_ = Phase::off;
   frames_.clear();
   calib_.clear();

@@ -141,6 +141,7 @@ class WatchEngine {
   struct Findings;
 
   void startCamera();
+  void stopCamera();
   double interval() const;
   Frame frameOf(const std::optional<Measurement>& m);
   void readHands(const Measurement& m, Frame& frame) const;
