@@ -66,7 +66,7 @@ struct Choices {
 constexpr std::array fieldChoices{
     Choices{Field::focus, {"laptop", "watch"}},
     Choices{Field::habit, {"phone", "drowsy", "chinRest", "mouth", "away"}},
-    Choices{Field::hands, {"rest", "phone", "chin", "mouth"}},
+    Choices{Field::hands, {"lap", "desk", "phone", "chin", "mouth"}},
 };
 
 const Choices& choicesOf(Field field) {

@@ -58,7 +58,7 @@ struct ScenarioChange {
     breathe,     // the user takes a minute's breathing from the menu
     focus,       // watch/laptop: the user picks the first preset of that mode
     habit,       // a habit's name: the user adds it to the active preset
-    hands,       // rest/phone/chin/mouth: what the sitter's hands do
+    hands,       // lap/desk/phone/chin/mouth: what the sitter's hands do
     doze,        // yes/no: the sitter nods off, or wakes
   };
   Field field;

@@ -147,18 +147,18 @@ constexpr std::string_view study =
 start 13:00
 end 16:50
 13:00 present=yes distance=55 lid=110 power=mains
-13:02 distance=85 lid=90 idle=60    # the laptop set back; reading from now on, no typing
+13:02 distance=85 lid=90 idle=60 hands=desk  # the laptop set back; reading, no typing
 13:03 focus=watch habit=mouth habit=away
 13:40 hands=phone                   # a message: picked up and read
-13:41 hands=rest
-13:41:30 hands=phone                # picked up again within 90 seconds of the report
-13:41:50 hands=rest
+13:40:40 hands=desk
+13:41:05 hands=phone                # a glance again, within 90 seconds of the report
+13:41:15 hands=desk
 14:05 doze=yes                      # nodding off over the book
-14:07 doze=no
-14:30 hands=chin
-14:32 hands=rest
-14:50 hands=mouth
-14:51 hands=rest
+14:06:20 doze=no
+14:30 hands=chin                    # the chin on the right hand
+14:31:20 hands=desk
+14:50 hands=mouth                   # a fingernail
+14:51 hands=desk
 15:10 present=no                    # four minutes away end the session
 15:14 present=yes
 16:40 present=no                    # done for the day

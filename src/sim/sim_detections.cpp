@@ -212,6 +212,7 @@ void SimDetections::render(const std::optional<SimPerson>& person, Size frame,
   out.size = face ? face->size : frame;
   if (plan.bodyAndHands) {
     if (person) out.bodies.push_back(person->body ? *person->body : bodyOf(*face));
+    if (person) out.hands = person->hands;
     out.markRan(Request::body);
     out.markRan(Request::hands);
   }
@@ -233,9 +234,27 @@ void SimDetections::render(const std::optional<SimPerson>& person, Size frame,
     landmarksOf(*face, out.landmarks);
     out.markRan(Request::landmarks);
   }
-  if (plan.sceneRegion(out)) {
-    out.scene.push_back({"consumer_electronics", face->phone.value_or(0)});
+  if (const auto region = plan.sceneRegion(out)) {
+    sceneOf(*person, *region, out);
     out.markRan(Request::scene);
+  }
+}
+
+// What the classifier names in the region around the hands: a phone held
+// there, else the paper of the desk.
+void SimDetections::sceneOf(const SimPerson& person, Rect region, Detections& out) const {
+  bool phoneSeen = false;
+  if (person.phone) {
+    const Point p{person.phone->x / out.size.width, person.phone->y / out.size.height};
+    phoneSeen = p.x >= region.minX() && p.x <= region.maxX() && p.y >= region.minY() &&
+                p.y <= region.maxY();
+  }
+  if (phoneSeen) {
+    out.scene.push_back({"consumer_electronics", phoneConfidence});
+    out.scene.push_back({"computer", 0.08f});
+  } else {
+    out.scene.push_back({"paper", 0.4f});
+    out.scene.push_back({"consumer_electronics", 0.06f});
   }
 }
 

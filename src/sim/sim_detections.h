@@ -18,6 +18,8 @@ namespace sodam {
 struct SimDetections {
   Size maskSize{640, 360};  // the segmentation's own resolution
   float jointConfidence = 0.9f;
+  // The classifier's confidence in a phone that fills the region it is shown.
+  float phoneConfidence = 0.72f;
 
   // Fills `out` (cleared) for the requests the plan asks, in its order.
   void render(const std::optional<SimPerson>& person, Size frame, const FramePlan& plan,
@@ -28,6 +30,8 @@ struct SimDetections {
   static void landmarksOf(const Measurement& m, Detections::FaceLandmarks& out);
   void maskOf(const Measurement& m, Detections::PersonMask& out) const;
   Detections::BodyPose bodyOf(const Measurement& m) const;
+  // The scene classifier's labels for the region of interest.
+  void sceneOf(const SimPerson& person, Rect region, Detections& out) const;
   // A mask of the segmentation's size with nobody in it.
   void emptyMask(Detections::PersonMask& mask) const;
 };

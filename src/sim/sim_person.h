@@ -41,6 +41,10 @@ struct SimPerson {
   Measurement face;
   std::optional<Detections::BodyPose> body;
   std::optional<Outline> outline;
+  // The hands the hand pose detector finds, and where a phone held in them
+  // shows, in image pixels.
+  std::vector<Detections::HandPose> hands;
+  std::optional<Point> phone;
 
   // Implicit, so that a plain reading stands for a person facing the camera.
   SimPerson(Measurement reading) : face(std::move(reading)) {}

@@ -2,8 +2,9 @@
 
 namespace sodam {
 
-// What a studying sitter's hands do: rest on the desk, hold a phone low in
-// both hands, prop the chin on one, or bring one to the mouth.
-enum class SitterHands { rest, phone, chin, mouth };
+// What a studying sitter's hands do: whatever the body's arms do (in the lap
+// unless stretching), rest on the desk by a book, hold a phone low in both
+// hands, prop the chin on the right hand, or bring the left hand to the mouth.
+enum class SitterHands { lap, desk, phone, chin, mouth };
 
 }  // namespace sodam

@@ -4,9 +4,12 @@
 #include <cmath>
 #include <utility>
 
+#include "sim/sitter_geometry.h"
 #include "support/numeric.h"
 
 namespace sodam {
+
+using namespace sitter_geometry;
 
 namespace {
 
@@ -15,39 +18,15 @@ namespace {
 constexpr Vec3 noseOffset{0, -3.5, -1.8};
 constexpr Vec3 chinOffset{0, -11.0, -0.5};
 
-Vec3 plus(Vec3 a, Vec3 b) {
-  return {a.x + b.x, a.y + b.y, a.z + b.z};
-}
-
-// Face tipping down: ahead (-z) turns towards down (-y).
-Vec3 pitched(Vec3 v, double degrees) {
-  const double c = std::cos(rad(degrees)), s = std::sin(rad(degrees));
-  return {v.x, c * v.y + s * v.z, -s * v.y + c * v.z};
-}
-
-// Face turning to the image's left: ahead (-z) turns towards -x.
-Vec3 yawed(Vec3 v, double degrees) {
-  const double c = std::cos(rad(degrees)), s = std::sin(rad(degrees));
-  return {c * v.x + s * v.z, v.y, -s * v.x + c * v.z};
-}
-
-// Counter-clockwise as the camera sees it: +x turns towards +y.
-Vec3 rolled(Vec3 v, double degrees) {
-  const double c = std::cos(rad(degrees)), s = std::sin(rad(degrees));
-  return {c * v.x - s * v.y, s * v.x + c * v.y, v.z};
-}
-
 template <typename T>
 void sortByX(T& left, T& right) {
   if (right.x < left.x) std::swap(left, right);
 }
 
-Vec3 scaled(Vec3 v, double k) {
-  return {v.x * k, v.y * k, v.z * k};
-}
-
 // Beyond this turn of the face no face is found; the body pose still sees the head.
 constexpr double faceFoundDeg = 60;
+// Nor beyond this tip of the face downwards.
+constexpr double faceFoundPitchDeg = 50;
 // Beyond these a far eye or ear is hidden behind the head.
 constexpr double eyeHiddenDeg = 70;
 constexpr double earHiddenDeg = 40;
@@ -141,7 +120,8 @@ Vec3 VirtualSitter::carried(Vec3 upright) const {
 }
 
 Vec3 VirtualSitter::headPoint(Vec3 offset) const {
-  const Vec3 mid{posture.sideCm + posture.leanCm, build.eyeHeightCm - posture.headDropCm,
+  const Vec3 mid{posture.sideCm + posture.leanCm,
+                 build.eyeHeightCm - posture.headDropCm - look().dropCm,
                  posture.distanceCm - posture.forwardHeadCm};
   return carried(plus(mid, turnHead(offset)));
 }
@@ -151,7 +131,8 @@ double VirtualSitter::faceYawDeg() const {
 }
 
 bool VirtualSitter::faceFound() const {
-  return std::abs(faceYawDeg()) <= faceFoundDeg;
+  return std::abs(faceYawDeg()) <= faceFoundDeg &&
+         posture.headPitchDeg + look().pitchDeg <= faceFoundPitchDeg;
 }
 
 Vec3 VirtualSitter::shoulderWorld(bool left) const {
@@ -173,12 +154,12 @@ Vec3 VirtualSitter::armDirection(Vec3 d, bool left) const {
 }
 
 Vec3 VirtualSitter::elbowWorld(bool left) const {
-  const Vec3 d = (left ? body.armL : body.armR).upper;
+  const Vec3 d = arm(left).upper;
   return plus(shoulderWorld(left), scaled(armDirection(d, left), build.upperArmCm));
 }
 
 Vec3 VirtualSitter::wristWorld(bool left) const {
-  const Vec3 d = (left ? body.armL : body.armR).fore;
+  const Vec3 d = arm(left).fore;
   return plus(elbowWorld(left), scaled(armDirection(d, left), build.forearmCm));
 }
 
@@ -189,7 +170,7 @@ double VirtualSitter::eyeDistanceCm() const {
 }
 
 Vec3 VirtualSitter::turnHead(Vec3 offset) const {
-  return rolled(yawed(pitched(offset, posture.headPitchDeg), posture.headYawDeg),
+  return rolled(yawed(pitched(offset, posture.headPitchDeg + look().pitchDeg), posture.headYawDeg),
                 posture.headRollDeg);
 }
 
@@ -221,8 +202,9 @@ std::optional<Measurement> VirtualSitter::render() {
   m.eyeL = *eyeL;
   m.eyeR = *eyeR;
   m.yaw = rad(faceYawDeg());
-  m.aperture = aperture;
-  m.pupil = pupil;
+  const Look now = look();
+  m.aperture = now.aperture;
+  m.pupil = now.pupil;
   addFace(m, cam, head);
   addShoulders(m, cam);
   addTorso(m, cam);
@@ -296,6 +278,7 @@ std::optional<SimPerson> VirtualSitter::view() {
   faceless.fromBody = true;
   SimPerson person(face ? std::move(*face) : faceless);
   person.body = bodyPose(cam);
+  addHands(person, cam);
   if (person.face.fromBody || std::abs(body.turnDeg) >= outlineTurnDeg) {
     person.outline = outline(cam);
   }

@@ -99,9 +99,9 @@ class VirtualSitter {
   std::optional<double> aperture = 0.3;
   std::optional<Point> pupil = Point{0.5, 0.5};
   // While studying: what the hands do, and how far the sitter has nodded
-  // off, from 0 (awake) to 1 (asleep, the head sunk out of the face
-  // detector's sight).
-  SitterHands hands = SitterHands::rest;
+  // off, from 0 (awake) through closing eyes (to 0.3) to 1 (asleep, the head
+  // sunk out of the face detector's sight).
+  SitterHands hands = SitterHands::lap;
   double doze = 0;
 
   VirtualSitter() = default;
@@ -130,6 +130,10 @@ class VirtualSitter {
   Vec3 shoulderWorld(bool left) const;
   Vec3 elbowWorld(bool left) const;
   Vec3 wristWorld(bool left) const;
+  // The arm as it moves now: the body's own, or reaching for what the hands do.
+  SitterArm arm(bool left) const;
+  // A phone held in both hands; nothing while the hands do something else.
+  std::optional<Vec3> phoneWorld() const;
 
  private:
   struct Head {
@@ -146,6 +150,19 @@ class VirtualSitter {
   // Where the head carries a point given relative to the eyes.
   Vec3 headPoint(Vec3 offset) const;
   Detections::BodyPose bodyPose(const LidCamera& cam);
+  // How studying changes the head and eyes: looking down at a phone or a
+  // hand, and nodding off.
+  struct Look {
+    double pitchDeg = 0;  // added to the head's own
+    double dropCm = 0;
+    std::optional<double> aperture;
+    std::optional<Point> pupil;
+  };
+  Look look() const;
+  // Where the hand of that side reaches, when the hands do something.
+  std::optional<Vec3> handTarget(bool left) const;
+  // The hand pose joints of the hands that do something, and the phone.
+  void addHands(SimPerson& person, const LidCamera& cam);
   Outline outline(const LidCamera& cam) const;
   // Where the frame shows a world point, jittered; nothing outside the frame.
   std::optional<Point> detected(const LidCamera& cam, Vec3 world);

@@ -52,7 +52,7 @@ TEST(Scenario, ABadLineIsNamedWithItsField) {
       {"09:00 forward", "line 1: field \"forward\" needs a value"},
       {"09:00 present=maybe", "line 1: field \"present\" is yes or no"},
       {"09:00 power=solar", "line 1: field \"power\" is mains or battery"},
-      {"09:00 hands=feet", "line 1: field \"hands\" is rest, phone, chin or mouth"},
+      {"09:00 hands=feet", "line 1: field \"hands\" is lap, desk, phone, chin or mouth"},
       {"09:00 focus=posture", "line 1: field \"focus\" is laptop or watch"},
       {"09:00 habit=posture", "line 1: field \"habit\" is phone, drowsy, chinRest, mouth or away"},
       {"09:00 lock=yes", "line 1: \"lock\" takes no value"},

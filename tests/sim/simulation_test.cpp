@@ -163,5 +163,53 @@ TEST(Simulation, TheWorkdayTakesUpOneStretchNudgeAndTellsTheRoutine) {
   EXPECT_GE(*log.stretches().back().accuracy, 0.6);
 }
 
+int count(const std::vector<std::string>& lines, const std::string& text) {
+  return static_cast<int>(std::count_if(lines.begin(), lines.end(), [&](const std::string& l) {
+    return l.find(text) != std::string::npos;
+  }));
+}
+
+TEST(Simulation, AStudyAfternoonIsWatchedAndEachHabitIsCaughtOnce) {
+  MemoryDefaults defaults;
+  const Day day = simulate("study", defaults);
+  EXPECT_TRUE(any(day.between("13:03:00", "13:03:01"), "집중코치 안내: 얼굴·어깨·손이 다 보여요"));
+  EXPECT_TRUE(any(day.between("13:03:10", "13:03:11"), "집중코치 지켜보기 시작"));
+
+  // Two pickups: the first is reported, the glance 65 seconds later only shows.
+  const auto phone = day.between("13:40:00", "13:42:00");
+  EXPECT_EQ(count(phone, "집중코치: 휴대폰 보는 중"), 2);
+  EXPECT_EQ(count(phone, "휴대폰은 잠깐 내려놓을까요? — 나의 집중코치 · 휴대폰 보기"), 1);
+  EXPECT_TRUE(
+      any(day.between("13:53:10", "13:53:11"), "50분 집중했어요! — 잠깐 일어나 몸을 풀고 와요"));
+  const auto doze = day.between("14:05:00", "14:07:00");
+  EXPECT_EQ(count(doze, "졸리면 일어나서 기지개 한 번 켜요"), 1);
+  EXPECT_TRUE(any(doze, "집중코치: 꾸벅꾸벅 조는 중 · 고개를 푹 숙이고 있어요"));
+  EXPECT_EQ(count(day.between("14:30:00", "14:32:00"), "턱을 괴고 있어요. 손을 내려놓아요"), 1);
+  EXPECT_EQ(count(day.between("14:50:00", "14:52:00"), "손이 입에 가 있어요"), 1);
+
+  // Four minutes away end the first session three minutes after leaving;
+  // the return starts the second.
+  EXPECT_TRUE(any(day.between("15:10:15", "15:10:30"), "집중코치: 자리 비움 · 자리를 비웠어요"));
+  EXPECT_TRUE(
+      any(day.between("15:13:20", "15:13:21"), "집중 기록: 오후 1:03 – 오후 3:13 · 나의 집중코치"));
+  EXPECT_TRUE(any(day.between("15:14:00", "15:14:20"), "집중 시작: 나의 집중코치"));
+  EXPECT_EQ(count(day.lines, "50분 집중했어요!"), 2) << "once in each session";
+
+  ASSERT_TRUE(day.summary.focus);
+  const auto& focus = *day.summary.focus;
+  EXPECT_EQ(focus.habits, (std::vector<std::pair<std::string, int>>{{"휴대폰 보기", 1},
+                                                                    {"꾸벅꾸벅 졸기", 1},
+                                                                    {"턱 괴기", 1},
+                                                                    {"손톱 물기·입에 손", 1},
+                                                                    {"자리 자주 비우기", 2},
+                                                                    {"고개 숙이기·거북목", 1}}));
+  EXPECT_NEAR(focus.minutes, 3 + 127 + 86, 2);
+  // Two samples a second, the mask on one in three, the classifier on every other.
+  EXPECT_NEAR(focus.framesPerSecond, 2, 0.15);
+  EXPECT_NEAR(focus.maskShare, 1.0 / 3, 0.03);
+  EXPECT_NEAR(focus.sceneShare, 0.5, 0.05);
+  EXPECT_TRUE(any(day.summary.lines(), "집중코치 카메라: 초당 1.9장 분석"));
+}
+
 }  // namespace
 }  // namespace sodam
