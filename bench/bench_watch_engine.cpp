@@ -1,6 +1,7 @@
 // The focus watcher's cost per camera sample: turning a measurement into a
 // frame with its hand tests, then judging the twelve seconds kept, as it
-// runs twice a second for a whole study session.
+// runs twice a second for a whole study session. Every heap allocation of
+// the program is counted, to report those of one sample.
 
 #include <benchmark/benchmark.h>
 
@@ -18,6 +19,8 @@
 #include "sim/sim_machine.h"
 #include "support/manual_scheduler.h"
 #include "worklife/work_life.h"
+
+#include "counting_allocator.h"
 
 namespace sodam {
 namespace {
@@ -95,12 +98,16 @@ void BM_WatchTakeAndJudge(benchmark::State& state) {
   for (int i = 0; i < 600; ++i)
     samples.push_back(sample(i));
   std::size_t next = 0;
+  const long long before = bench::allocations.load();
   for (auto _ : state) {
     watcher.take(samples[next]);
     next = (next + 1) % samples.size();
   }
+  const long long during = bench::allocations.load() - before;
   benchmark::DoNotOptimize(watcher.reported);
   state.counters["kept"] = static_cast<double>(watcher.engine.frames().size());
+  state.counters["allocs_per_sample"] =
+      benchmark::Counter(static_cast<double>(during) / static_cast<double>(state.iterations()));
 }
 BENCHMARK(BM_WatchTakeAndJudge);
 

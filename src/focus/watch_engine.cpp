@@ -153,8 +153,9 @@ void WatchEngine::take(const std::optional<Measurement>& m) {
   const Frame frame = frameOf(m);
   judgeFraming(m, frame);
   frames_.push_back(frame);
-  while (!frames_.empty() && frame.at - frames_.front().at > keptSeconds)
-    frames_.pop_front();
+  const auto kept = std::find_if(frames_.begin(), frames_.end(),
+                                 [&](const Frame& f) { return frame.at - f.at <= keptSeconds; });
+  frames_.erase(frames_.begin(), kept);
   if (phase_ == Phase::calibrating) calibrating(frame);
   if (phase_ != Phase::running || paused_) return;
   judge(frame.at);
@@ -177,8 +178,12 @@ WatchEngine::Frame WatchEngine::frameOf(const std::optional<Measurement>& m) {
   frame.aperture = m->aperture;
   frame.phone = m->phone;
   if (m->aperture && !m->fromBody) {
-    eyes_.push_back(*m->aperture);
-    if (eyes_.size() > eyesKept) eyes_.pop_front();
+    if (eyes_.size() < eyesKept) {
+      eyes_.push_back(*m->aperture);
+    } else {
+      eyes_[eyesNext_] = *m->aperture;
+      eyesNext_ = (eyesNext_ + 1) % eyesKept;
+    }
     openEyeKnown_ = false;
   }
   readHands(*m, frame);
@@ -217,7 +222,7 @@ void WatchEngine::readHands(const Measurement& m, Frame& frame) const {
 void WatchEngine::judgeFraming(const std::optional<Measurement>& m, const Frame& frame) {
   const bool bothHands = m && m->arms && m->arms->wristL && m->arms->wristR;
   handsSeen_.push_back(bothHands);
-  if (handsSeen_.size() > handFramesKept) handsSeen_.pop_front();
+  if (handsSeen_.size() > handFramesKept) handsSeen_.erase(handsSeen_.begin());
   const auto seen = std::count(handsSeen_.begin(), handsSeen_.end(), true);
 
   Framing next;

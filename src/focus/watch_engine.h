@@ -1,7 +1,6 @@
 #pragma once
 
 #include <array>
-#include <deque>
 #include <functional>
 #include <optional>
 #include <string>
@@ -116,7 +115,8 @@ class WatchEngine {
   const std::vector<WatchHabit>& habits() const { return habits_; }
   bool watchesPosture() const { return posture_; }
   const std::optional<Reference>& reference() const { return reference_; }
-  const std::deque<Frame>& frames() const { return frames_; }
+  // The samples of the last twelve seconds, oldest first.
+  const std::vector<Frame>& frames() const { return frames_; }
   bool cameraOn() const { return cameraOn_; }
 
   // The camera comes on so that the user can place the machine.
@@ -168,14 +168,18 @@ class WatchEngine {
   bool paused_ = false;
   std::vector<WatchHabit> habits_;
   bool posture_ = false;
-  std::deque<Frame> frames_;
+  // Plain lists trimmed at the front, so that once grown a sample allocates
+  // nothing.
+  std::vector<Frame> frames_;
   std::optional<Reference> reference_;
   std::vector<Frame> calib_;
   Date calibStart_;
   // When each habit was last reported.
   std::array<Date, WatchHabit::count> said_;
-  std::deque<double> eyes_;
-  std::deque<bool> handsSeen_;
+  // The last 600 apertures, written round in a circle from `eyesNext_`.
+  std::vector<double> eyes_;
+  std::size_t eyesNext_ = 0;
+  std::vector<bool> handsSeen_;
   std::optional<Date> awaySince_;
   bool awayFlagged_ = false;
   bool cameraOn_ = false;

@@ -50,7 +50,7 @@ struct WatchEngine::Findings {
 
 // Counts over the frames not older than a window, newest first.
 template <class Test>
-std::size_t countRecent(const std::deque<WatchEngine::Frame>& frames, Date now, double seconds,
+std::size_t countRecent(const std::vector<WatchEngine::Frame>& frames, Date now, double seconds,
                         Test test) {
   std::size_t n = 0;
   for (auto it = frames.rbegin(); it != frames.rend() && now - it->at <= seconds; ++it)
