@@ -42,7 +42,7 @@ void Simulation::applyStudy(const ScenarioChange& change) {
       const UseMode mode(static_cast<UseMode::Value>(choice));
       for (const auto& preset : app_->focus().presets()) {
         if (preset.mode != mode) continue;
-        transcript_.say("(앉은 사람이 메뉴에서 「" + preset.name + "」을 골라요)");
+        transcript_.say("(앉은 사람이 메뉴에서 「" + preset.name + "」 모드를 골라요)");
         app_->perform(MenuAction::pickMode, std::nullopt, preset.id);
         break;
       }
@@ -112,16 +112,21 @@ void Simulation::tellWatcher() {
   transcript_.say(line);
 }
 
+// Sessions of the watcher's presets only: at the laptop a session is just
+// the time in the seat, which the day's other lines already tell.
 void Simulation::tellFocus() {
   const FocusCenter& focus = app_->focus();
   FocusTold& told = focusTold_;
   if (focus.session().has_value() != told.session) {
     told.session = focus.session().has_value();
-    if (told.session) transcript_.say("집중 시작: " + focus.active().name);
+    if (told.session && focus.active().mode == UseMode::watch) {
+      transcript_.say("집중 시작: " + focus.active().name);
+    }
   }
   if (focus.records().size() == told.records) return;
   told.records = focus.records().size();
   const FocusRecord& r = focus.records().back();
+  if (r.mode != UseMode::watch) return;
   transcript_.say("집중 기록: " + Fmt::clock(r.start, calendar_) + " – " +
                   Fmt::clock(r.end, calendar_) + " · " + r.preset + " · " + hm(r.focused / 60));
 }
