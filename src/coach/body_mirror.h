@@ -29,6 +29,7 @@ struct SideNeutral {
   std::optional<double> lean;       // degrees, head over the torso's centre
   std::optional<double> forward;    // centimetres, head ahead of the near shoulder
   std::optional<double> front;      // image units, the body band's front edge
+  std::optional<double> width;      // image units, the torso's row at rest
   std::optional<double> faceRatio;  // as the side view gives it
   std::optional<double> pitch;      // degrees, nose over ear
 
@@ -51,7 +52,10 @@ std::optional<Limb> arm(const Measurement& measurement, ArmSide side, Stage stag
 std::optional<double> facingVote(const SideBody& body);
 // The neutral of some sideways frames: medians of what they give.
 SideNeutral calibrate(const std::vector<SideBody>& samples);
-SideNeutral sideRaw(const SideBody& body, double facing);
+// `restWidth`, the torso's row at rest, lets a row widened by the arms be
+// read from its other edge.
+SideNeutral sideRaw(const SideBody& body, double facing,
+                    std::optional<double> restWidth = std::nullopt);
 // Sideways, against the neutral. The near arm is the figure's right arm and
 // the far one its left, drawn behind the trunk.
 Reading sidePose(const SideBody& body, const SideNeutral& neutral);

@@ -40,6 +40,10 @@ constexpr double uprightFlexDeg = 6;
 constexpr double shoulderBelowHeadWidths = 1.25;
 // The band's front edge this far ahead of neutral is an arm reaching forward.
 constexpr double reachCm = 15;
+// A torso row this much wider than at rest holds an arm; a hand or elbow a
+// quarter of the rest width off the row's middle shows on which side.
+constexpr double widenedRatio = 1.25;
+constexpr double armOffsetWidths = 0.25;
 
 bool nearIsRight(double facing) {
   return facing < 0;
@@ -134,6 +138,39 @@ void readHead(const SideBody& body, const SideNeutral& neutral, const SideNeutra
   }
 }
 
+// +1 when the arms are held ahead of the trunk, -1 behind it, 0 when the
+// frame can't tell. The hands lead; a hanging elbow says little.
+int armsSide(const SideBody& b, double facing, double middle, double restWidth) {
+  int votes = 0;
+  const auto vote = [&](const std::optional<Point>& p) {
+    if (!p) return;
+    const double ahead = facing * (p->x - middle);
+    if (std::abs(ahead) > armOffsetWidths * restWidth) votes += ahead > 0 ? 1 : -1;
+  };
+  vote(b.wristL);
+  vote(b.wristR);
+  if (!b.wristL && !b.wristR) {
+    vote(b.elbowL);
+    vote(b.elbowR);
+  }
+  return votes > 0 ? 1 : votes < 0 ? -1 : 0;
+}
+
+// Arms clasped behind the back or held forward at the torso's row widen it
+// to one side; the edge away from them still stands where the trunk is.
+double trunkMiddle(const SideBody& b, double facing, std::optional<double> restWidth) {
+  const auto& t = *b.torso;
+  const double middle = (t.hi + t.lo) / 2;
+  if (!restWidth || t.hi - t.lo < widenedRatio * *restWidth) return middle;
+  const int arms = armsSide(b, facing, middle, *restWidth);
+  if (arms == 0) return middle;
+  // The edge away from the arms: the front one when they are behind.
+  const bool frontEdge = arms < 0;
+  const double edge = (facing > 0) == frontEdge ? t.hi : t.lo;
+  const double inward = (frontEdge ? -facing : facing) * *restWidth / 2;
+  return edge + inward;
+}
+
 }  // namespace
 
 std::pair<Point, Point> links::elbows(Point s, Point w, double upper, double fore) {
@@ -164,14 +201,15 @@ std::optional<double> facingVote(const SideBody& body) {
   return body.ear->x < body.nose->x ? 1 : -1;
 }
 
-SideNeutral sideRaw(const SideBody& body, double facing) {
+SideNeutral sideRaw(const SideBody& body, double facing, std::optional<double> restWidth) {
   SideNeutral raw;
   raw.facing = facing;
   if (body.torso) {
     const auto& t = *body.torso;
-    raw.scale = std::max((t.hi - t.lo) / torsoRowWidthCm, 1.0);
-    raw.lean = deg(
-        std::atan2(facing * (body.head.x - (t.hi + t.lo) / 2), std::max(body.head.y - t.y, 1.0)));
+    raw.width = t.hi - t.lo;
+    raw.scale = std::max(*raw.width / torsoRowWidthCm, 1.0);
+    raw.lean = deg(std::atan2(facing * (body.head.x - trunkMiddle(body, facing, restWidth)),
+                              std::max(body.head.y - t.y, 1.0)));
   } else {
     raw.scale = std::max(body.headWidth / headWidthCm, 1.0);
   }
@@ -204,6 +242,7 @@ SideNeutral calibrate(const std::vector<SideBody>& samples) {
   neutral.lean = medianOf(raws, &SideNeutral::lean);
   neutral.forward = medianOf(raws, &SideNeutral::forward);
   neutral.front = medianOf(raws, &SideNeutral::front);
+  neutral.width = medianOf(raws, &SideNeutral::width);
   neutral.faceRatio = medianOf(raws, &SideNeutral::faceRatio);
   neutral.pitch = medianOf(raws, &SideNeutral::pitch);
   return neutral;
@@ -212,7 +251,7 @@ SideNeutral calibrate(const std::vector<SideBody>& samples) {
 Reading sidePose(const SideBody& body, const SideNeutral& neutral) {
   Reading r{Pose::side(), {}};
   const double facing = neutral.facing;
-  readHead(body, neutral, sideRaw(body, facing), r);
+  readHead(body, neutral, sideRaw(body, facing, neutral.width), r);
   const auto shoulder = armShoulder(body, facing);
   if (!shoulder) return r;
   auto nearArm = limb(*shoulder, near(body, facing), facing, neutral.scale);

@@ -183,5 +183,22 @@ TEST(BodyMirrorSide, ABandFarAheadOfNeutralIsAnArmReachingForward) {
   EXPECT_TRUE(r.measured.contains(Joint::armR));
 }
 
+TEST(BodyMirrorSide, ArmsWideningTheTorsoRowLeaveTheTrunkWhereItIs) {
+  const auto neutral = BodyMirror::calibrate({facingLeft()});
+  // Hands clasped behind the back push the row's back edge 20 cm out.
+  SideBody clasped = facingLeft();
+  clasped.torso->hi += 200;
+  clasped.wristR = Point{900, 200};
+  EXPECT_NEAR(BodyMirror::sidePose(clasped, neutral).pose.spineFlex, 0, 1e-9);
+  // Arms held ahead at the row's height push its front edge out instead.
+  SideBody holding = facingLeft();
+  holding.torso->lo -= 200;
+  holding.wristR = Point{400, 250};
+  EXPECT_NEAR(BodyMirror::sidePose(holding, neutral).pose.spineFlex, 0, 1e-9);
+  // An arched trunk behind clasped hands still reads as arched.
+  clasped.head.x += 50;
+  EXPECT_LT(BodyMirror::sidePose(clasped, neutral).pose.spineFlex, -6);
+}
+
 }  // namespace
 }  // namespace sodam
