@@ -49,7 +49,8 @@ AppDelegate::AppDelegate(Lockdown& lock, Platform platform, AppExtensions extens
                    store_,
                    platform.scheduler,
                    platform.clock,
-                   {feed_, capture_, *monitor_, power_, work_, platform.clock}}) {
+                   {feed_, capture_, *monitor_, power_, work_, platform.clock},
+                   platform.languageModel}) {
   monitor_->displayHeightCm = platform.displayHeightCm;
   pills_.look =
       weakAsk(self_, PillLook{}, [](AppDelegate& app) { return PillLook::current(app.store_); });

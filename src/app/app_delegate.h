@@ -23,6 +23,7 @@
 #include "companion/mate_state.h"
 #include "focus/focus_center.h"
 #include "focus/watch_engine.h"
+#include "health/language_model.h"
 #include "platform/alert_style.h"
 #include "platform/lid_sensor.h"
 #include "platform/lockdown.h"
@@ -92,6 +93,8 @@ class AppDelegate {
     Calendar calendar;
     // Physical height of the built-in screen, for the lid geometry.
     std::optional<double> displayHeightCm;
+    // The system's language model for the health coach's chat, where it has one.
+    LanguageModel* languageModel = nullptr;
   };
 
   AppDelegate(Lockdown& lock, Platform platform, AppExtensions extensions = {});

@@ -27,6 +27,7 @@ void PanelModel::go(Page page) {
   if (page == page_) return;
   if (page != Page::dorani) follow(false);
   if (page != Page::home) closeCard();
+  if (page == Page::doctor && chat_) chat_->update(habitReport());
   page_ = page;
   changed();
 }

@@ -10,6 +10,8 @@
 #include "coach/coach_session.h"
 #include "coach/stretch.h"
 #include "focus/watch_engine.h"
+#include "health/doctor_chat.h"
+#include "health/language_model.h"
 #include "platform/alert_style.h"
 #include "platform/lockdown.h"
 #include "platform/store.h"
@@ -50,6 +52,9 @@ class PanelModel {
     const Clock& clock;
     // What the focus watcher is made from.
     WatchEngine::Ports watch;
+    // The health coach's chat answers through it; none where the system
+    // offers no model.
+    LanguageModel* languageModel = nullptr;
   };
 
   explicit PanelModel(Parts parts) : parts_(parts) {}
@@ -141,9 +146,22 @@ class PanelModel {
   // A session's eye rest was completed.
   std::function<void()> eyesRested;
 
+  // The health coach's consult and chat, made on first use; it is given
+  // the week's habits again each time the doctor page comes to the front.
+  DoctorChat& chat();
+  // The habits of the last seven days of the log.
+  HabitReport habitReport() const;
+  // The consult's sheet over the doctor page, and whether it fills the page.
+  bool consultOpen() const { return consultOpen_; }
+  bool consultExpanded() const { return consultExpanded_; }
+  void openConsult();
+  void closeConsult();
+  void expandConsult(bool expanded);
+  // A session of the library's stretches of these ids, in order; unknown
+  // ids are left out.
+  void startStretches(const std::vector<std::string>& ids);
+
   // Joining here with the features that bring them:
-  // - chat: the health coach's chat, made on first use, with consultOpen and
-  //   consultExpanded;
   // - watch: the camera watch.
 
  private:
@@ -160,6 +178,9 @@ class PanelModel {
   bool following_ = false;
   std::unique_ptr<CoachSession> session_;
   std::unique_ptr<WatchEngine> watcher_;
+  std::unique_ptr<DoctorChat> chat_;
+  bool consultOpen_ = false;
+  bool consultExpanded_ = false;
 };
 
 }  // namespace sodam
