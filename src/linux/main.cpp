@@ -5,7 +5,9 @@
 #include <vector>
 
 #include "linux/companion_command.h"
+#include "linux/desk_command.h"
 #include "linux/focus_command.h"
+#include "linux/health_command.h"
 #include "linux/report_command.h"
 #include "linux/settings_command.h"
 #include "linux/simulate_command.h"
@@ -21,7 +23,10 @@ void printUsage(std::ostream& out) {
          "       sodamjari settings [list | get KEY | set KEY VALUE]\n"
          "       sodamjari stretch [ID...] [options]       a stretch routine with the sitter\n"
          "       sodamjari companion [--data-dir DIR]      도란이's page: level, points, lines\n"
-         "       sodamjari focus [--data-dir DIR]          the focus modes and today's sessions\n";
+         "       sodamjari focus [--data-dir DIR]          the focus modes and today's sessions\n"
+         "       sodamjari health                          the habits of the last seven days\n"
+         "       sodamjari consult AREA [SIDE] FEELING WHEN   the consult's answer\n"
+         "       sodamjari desk [--kind K] [FIELD=VALUE...] [--svg FILE]   a desk's side view\n";
 }
 }  // namespace
 
@@ -51,6 +56,9 @@ int main(int argc, char** argv) {
   if (args.front() == "stretch") return sodam::runStretch(rest, std::cout, std::cerr);
   if (args.front() == "companion") return sodam::runCompanion(rest, std::cout, std::cerr);
   if (args.front() == "focus") return sodam::runFocus(rest, std::cout, std::cerr);
+  if (args.front() == "health") return sodam::runHealth(rest, std::cout, std::cerr);
+  if (args.front() == "consult") return sodam::runConsult(rest, std::cout, std::cerr);
+  if (args.front() == "desk") return sodam::runDesk(rest, std::cout, std::cerr);
   std::cerr << "sodamjari: unknown command \"" << args.front() << "\"\n";
   printUsage(std::cerr);
   return 2;

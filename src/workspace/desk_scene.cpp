@@ -85,12 +85,12 @@ class Builder {
     const double top = g_.setup.seat;
     polygon(Ink::soft, "sofa", box(g_.seatBack - 10, 0, g_.seatFront, top));
     const V2 backFoot{g_.seatBack - 4, top};
-    line(Ink::soft, "sofa", {backFoot, backFoot + V2{0, 0.28 * g_.body.height}.turned(18)}, 14);
-    if (g_.setup.stand > 0) {
-      const double x = g_.laptopHinge ? g_.laptopHinge->x : g_.knee.x;
-      polygon(Ink::soft, "stand",
-              box(x - g_.laptopScreenHeight(), g_.surface - g_.setup.stand, x + 2, g_.surface));
-    }
+    line(Ink::soft, "sofa",
+         {backFoot, backFoot + V2{0, 0.28 * g_.body.height}.turned(g_.setup.recline)}, 14);
+    // A pillow on the lap carries the laptop, as high as its stand says.
+    const double x = g_.laptopHinge ? g_.laptopHinge->x : g_.knee.x;
+    const double lap = std::max(g_.hip.y, g_.knee.y) + limbWidthCm / 2;
+    polygon(Ink::soft, "lap", box(x - g_.laptopScreenHeight(), lap, x + 2, g_.surface));
   }
 
   void desk() {
@@ -158,7 +158,7 @@ class Builder {
     scene_.labels.push_back(
         {g_.eye + V2{10, 4}, format("시선 %lld°", roundedInt(g_.gazeDownDegrees()))});
     scene_.labels.push_back(
-        {g_.elbow + V2{-4, -10}, format("팔꿈치 %lld°", roundedInt(g_.elbowDegrees()))});
+        {g_.elbow + V2{5, -10}, format("팔꿈치 %lld°", roundedInt(g_.elbowDegrees()))});
     scene_.labels.push_back({(g_.eye + middle) * 0.5 + V2{0, -7},
                              format("화면까지 %lldcm", roundedInt(g_.viewDistance()))});
   }
