@@ -14,6 +14,7 @@ constexpr double followFrameSeconds = 0.2;
 AppDelegate::AppDelegate(Lockdown& lock, Platform platform, AppExtensions extensions)
     : lock_(lock),
       shell_(platform.shell),
+      defaults_(platform.defaults),
       process_(platform.process),
       clock_(platform.clock),
       scheduler_(platform.scheduler),
@@ -206,6 +207,10 @@ HomePage AppDelegate::homePage() const {
 
 ReportPage AppDelegate::reportPage() const {
   return ReportPage::make({log_, work_.days(), calendar_, now()});
+}
+
+DoctorPage AppDelegate::doctorPage() const {
+  return DoctorPage::make({log_, work_.days(), calendar_, now()});
 }
 
 SettingsPage AppDelegate::settingsPage(CaptureShield* shield) {

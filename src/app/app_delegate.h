@@ -9,6 +9,8 @@
 #include "alerts/blur_alert.h"
 #include "alerts/border_alert.h"
 #include "alerts/pill_center.h"
+#include "app/desk_page.h"
+#include "app/doctor_page.h"
 #include "app/dorani_page.h"
 #include "app/focus_page.h"
 #include "app/home_page.h"
@@ -149,6 +151,10 @@ class AppDelegate {
   // The settings page, whose changes the monitor, the status item and the
   // shield (where the platform has one) follow at once.
   SettingsPage settingsPage(CaptureShield* shield);
+  // The health coach's page of the last seven days.
+  DoctorPage doctorPage() const;
+  // The desk page over the stored setup.
+  DeskPage deskPage() { return DeskPage(defaults_); }
 
   bool alerting() const { return alerting_; }
   // What the study groups see of the user now.
@@ -212,6 +218,7 @@ class AppDelegate {
 
   Lockdown& lock_;
   AppShell& shell_;
+  Defaults& defaults_;
   const ProcessInspector& process_;
   Clock& clock_;
   Scheduler& scheduler_;

@@ -1,5 +1,7 @@
 #include "app/doctor_page.h"
 
+#include <algorithm>
+
 #include "coach/stretch_library.h"
 #include "support/korean_format.h"
 #include "support/numeric.h"
@@ -106,6 +108,24 @@ std::pair<std::string, std::string> DoctorPage::opinion() const {
 
 std::vector<std::string> DoctorPage::routine() const {
   return report.stretchIds(StretchLibrary::routineCount);
+}
+
+std::vector<ChartBar> DoctorPage::dailyBars(const Card& card, const Calendar& calendar) {
+  double highest = 0;
+  for (const auto& day : card.stats.daily)
+    highest = std::max(highest, day.value.value_or(0));
+  std::vector<ChartBar> bars;
+  for (const auto& day : card.stats.daily) {
+    ChartBar bar;
+    bar.label = shortDayLabel(calendar, day.day);
+    bar.tint = levelTint(card.habit.level);
+    bar.value = day.value ? format("%.1f", *day.value) : "";
+    if (day.value) bar.fill = highest > 0 ? *day.value / highest : 0;
+    bar.spoken = bar.label + " 평균 " + amount(day.value, card.stats.unit);
+    bar.stressed = &day == &card.stats.daily.back();
+    bars.push_back(std::move(bar));
+  }
+  return bars;
 }
 
 Theme DoctorPage::levelTint(Habit::Level level) {

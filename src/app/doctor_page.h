@@ -6,6 +6,7 @@
 
 #include "alerts/theme.h"
 #include "app/page_records.h"
+#include "app/report_chart.h"
 #include "health/habit.h"
 #include "health/habit_stats.h"
 #include "posture/issue_kind.h"
@@ -58,6 +59,10 @@ struct DoctorPage {
   std::pair<std::string, std::string> opinion() const;
   // The stretches of "맞춤 스트레칭 시작".
   std::vector<std::string> routine() const;
+
+  // A card's chart of its seven days ("날짜", "평균"), each day against the
+  // highest, in the habit's level's tint; today stands out.
+  static std::vector<ChartBar> dailyBars(const Card& card, const Calendar& calendar);
 
   static Theme levelTint(Habit::Level level);
   // "14시대".

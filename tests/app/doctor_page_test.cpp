@@ -85,6 +85,17 @@ TEST_F(DoctorRecords, AHabitBringsItsCardTheCheckupAndTheOpinion) {
   EXPECT_EQ(p.opinion().first, "가장 먼저 챙길 곳은\n목 앞");
   EXPECT_EQ(p.routine(), (std::vector<std::string>{"neckExt", "chinTuck"}));
   EXPECT_EQ(DoctorPage::levelTint(card.habit.level), Theme::red);
+
+  // The card's chart: seven days, the two with checks full, today last.
+  const auto bars = DoctorPage::dailyBars(card, calendar);
+  ASSERT_EQ(bars.size(), 7u);
+  EXPECT_EQ(bars[5].label, "6/9 화");
+  EXPECT_EQ(bars[5].fill, 1.0);
+  EXPECT_EQ(bars[5].value, "16.0");
+  EXPECT_EQ(bars[5].spoken, "6/9 화 평균 16.0도");
+  EXPECT_EQ(bars[0].fill, std::nullopt);
+  EXPECT_TRUE(bars[6].stressed);
+  EXPECT_FALSE(bars[5].stressed);
 }
 
 TEST_F(DoctorRecords, AWeekWithoutTheWeekBeforeSaysItHasNoRecord) {
