@@ -10,6 +10,7 @@
 #include "mac/dispatch_queue.h"
 #include "mac/mac_camera.h"
 #include "mac/mac_defaults.h"
+#include "mac/mac_language_model.h"
 #include "mac/mac_lid_device.h"
 #include "mac/mac_overlays.h"
 #include "mac/mac_power_source.h"
@@ -38,6 +39,9 @@ struct MacPorts {
   MacScreens screens;
   MacOverlays overlays;
   MacProcessInspector process;
+  // Made with the scheduler its replies come back through; none where the
+  // system offers no model.
+  std::unique_ptr<MacLanguageModel> languageModel;
 
   // The core's view of these ports; the lid device is handed over, so this
   // is called once.

@@ -6,6 +6,7 @@
 namespace sodam {
 
 AppDelegate::Platform MacPorts::platform(AppShell& shell, Scheduler& scheduler) {
+  languageModel = MacLanguageModel::make(scheduler);
   return AppDelegate::Platform{camera,
                                detector,
                                access,
@@ -24,7 +25,8 @@ AppDelegate::Platform MacPorts::platform(AppShell& shell, Scheduler& scheduler) 
                                clock,
                                scheduler,
                                systemCalendar(),
-                               builtInDisplayHeightCm()};
+                               builtInDisplayHeightCm(),
+                               languageModel.get()};
 }
 
 }  // namespace sodam
