@@ -140,6 +140,10 @@ Theme DoctorPage::levelTint(Habit::Level level) {
   return Theme::gray;
 }
 
+std::string DoctorPage::stretchTime(const Stretch& stretch) {
+  return (stretch.sides ? "좌우 " : "") + format("%d초", stretch.shownSeconds());
+}
+
 std::string DoctorPage::hourText(int hour) {
   return format("%d시대", hour);
 }

@@ -7,6 +7,7 @@
 #include "alerts/theme.h"
 #include "app/page_records.h"
 #include "app/report_chart.h"
+#include "coach/stretch.h"
 #include "health/habit.h"
 #include "health/habit_stats.h"
 #include "posture/issue_kind.h"
@@ -65,6 +66,9 @@ struct DoctorPage {
   static std::vector<ChartBar> dailyBars(const Card& card, const Calendar& calendar);
 
   static Theme levelTint(Habit::Level level);
+  // A stretch's time as the consult lists it: "30초", and "좌우 26초" for
+  // one done on each side.
+  static std::string stretchTime(const Stretch& stretch);
   // "14시대".
   static std::string hourText(int hour);
   // A habit's number with its unit: "3.2센티", "—" without one.

@@ -184,11 +184,6 @@ std::optional<std::string> readQuestion(const std::vector<std::string>& words, Q
   return std::nullopt;
 }
 
-// "30초", and "좌우 26초" for a stretch done on each side.
-std::string stretchTime(const Stretch& stretch) {
-  return (stretch.sides ? "좌우 " : "") + format("%d초", stretch.shownSeconds());
-}
-
 void printAnswer(const Consult::Answer& answer, std::ostream& out) {
   auto group = [&out](const char* title, const std::vector<std::string>& lines) {
     if (lines.empty()) return;
@@ -200,7 +195,7 @@ void printAnswer(const Consult::Answer& answer, std::ostream& out) {
   std::vector<std::string> stretches;
   for (const auto& id : answer.stretches)
     if (const Stretch* s = StretchLibrary::find(id))
-      stretches.push_back(s->name + " " + stretchTime(*s));
+      stretches.push_back(s->name + " " + DoctorPage::stretchTime(*s));
   group("지금 해 볼 스트레칭", stretches);
   group("생활에서", answer.tips);
   group("이럴 땐 병원에", answer.warnings);

@@ -18,8 +18,7 @@ class MacLanguageModel final : public LanguageModel {
   static std::unique_ptr<MacLanguageModel> make(Scheduler& scheduler);
 
   bool available() const override;
-  void respond(const std::string& instructions, const std::string& question,
-               Reply reply) override;
+  void respond(const std::string& instructions, const std::string& question, Reply reply) override;
 
  private:
   explicit MacLanguageModel(Scheduler& scheduler) : scheduler_(scheduler) {}

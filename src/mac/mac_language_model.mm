@@ -28,7 +28,8 @@ void replied(void* context, const char* text) {
 
 std::unique_ptr<MacLanguageModel> MacLanguageModel::make(Scheduler& scheduler) {
 #ifdef SODAM_SYSTEM_MODEL
-  if (@available(macOS 26.0, *)) return std::unique_ptr<MacLanguageModel>(new MacLanguageModel(scheduler));
+  if (@available(macOS 26.0, *))
+    return std::unique_ptr<MacLanguageModel>(new MacLanguageModel(scheduler));
 #endif
   (void)scheduler;
   return nullptr;

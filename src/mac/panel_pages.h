@@ -41,6 +41,8 @@ NSView<SJPanelPage>* SJMakeReportPage(const SJPanelContext& context);
 NSView<SJPanelPage>* SJMakeSettingsPage(const SJPanelContext& context);
 NSView<SJPanelPage>* SJMakeStretchPage(const SJPanelContext& context);
 NSView<SJPanelPage>* SJMakeDoraniPage(const SJPanelContext& context);
+NSView<SJPanelPage>* SJMakeDoctorPage(const SJPanelContext& context);
+NSView<SJPanelPage>* SJMakeDeskPage(const SJPanelContext& context);
 NSView<SJPanelPage>* SJMakeComingPage(sodam::PanelPage page);
 
 // A page's frame: the content scrolls under a title and caption, inside

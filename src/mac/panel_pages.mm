@@ -16,12 +16,14 @@ NSView<SJPanelPage>* SJMakePanelPage(PanelPage page, const SJPanelContext& conte
       return SJMakeStretchPage(context);
     case PanelPage::focus:
       return SJMakeFocusPage(context);
+    case PanelPage::doctor:
+      return SJMakeDoctorPage(context);
+    case PanelPage::desk:
+      return SJMakeDeskPage(context);
     case PanelPage::dorani:
       return SJMakeDoraniPage(context);
     case PanelPage::groups:
     case PanelPage::ranking:
-    case PanelPage::doctor:
-    case PanelPage::desk:
     case PanelPage::calendar:
     case PanelPage::camera:
       return SJMakeComingPage(page);
