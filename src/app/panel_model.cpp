@@ -18,6 +18,7 @@ void PanelModel::open(Page page) {
   go(page);
   if (!visible_) {
     visible_ = true;
+    if (page_ == Page::doctor) refreshChat();
     changed();
   }
   if (present) present(page);
@@ -27,7 +28,7 @@ void PanelModel::go(Page page) {
   if (page == page_) return;
   if (page != Page::dorani) follow(false);
   if (page != Page::home) closeCard();
-  if (page == Page::doctor && chat_) chat_->update(habitReport());
+  if (page == Page::doctor) refreshChat();
   page_ = page;
   changed();
 }

@@ -166,6 +166,8 @@ class PanelModel {
 
  private:
   void changed() { onChange.notify(); }
+  // The doctor page comes to the front: the chat, if made, hears the week.
+  void refreshChat();
 
   Parts parts_;
   LifeToken<PanelModel> self_ = lifeToken(this);

@@ -11,6 +11,10 @@ DoctorChat& PanelModel::chat() {
   return *chat_;
 }
 
+void PanelModel::refreshChat() {
+  if (chat_) chat_->update(habitReport());
+}
+
 HabitReport PanelModel::habitReport() const {
   return HabitReport::make(parts_.log.entries(), parts_.clock.now());
 }

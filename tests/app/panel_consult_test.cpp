@@ -32,6 +32,13 @@ TEST(PanelConsult, TheChatIsMadeOnceAndHearsTheWeeksHabitsWhenItsPageShows) {
   panel.open(PanelPage::doctor);
   EXPECT_EQ(chat.greeting(),
             "기록을 보니 고개를 숙여 보는 습관이 있어요.\n오늘은 어디가 불편하세요?");
+
+  // The window opens again on the doctor page: the week is read again.
+  panel.setVisible(false);
+  chat.update(HabitReport());
+  panel.reopen();
+  EXPECT_EQ(chat.greeting(),
+            "기록을 보니 고개를 숙여 보는 습관이 있어요.\n오늘은 어디가 불편하세요?");
 }
 
 TEST(PanelConsult, TheConsultSheetKeepsItsAnswerWhenClosedAndReopened) {
