@@ -7,7 +7,8 @@
 namespace sodam {
 
 // The on-device language model the health coach's chat asks: on macOS the
-// system's model where the system has one; elsewhere none is configured.
+// system's model where the system has one; on Linux a local runtime only
+// where the user names one.
 // Main thread only.
 class LanguageModel {
  public:

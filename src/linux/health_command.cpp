@@ -1,13 +1,18 @@
 #include "linux/health_command.h"
 
+#include <chrono>
 #include <iostream>
+#include <map>
 #include <optional>
+#include <thread>
 
 #include "app/doctor_page.h"
 #include "coach/stretch_library.h"
 #include "health/consult.h"
 #include "health/doctor_chat.h"
+#include "linux/command_model.h"
 #include "linux/record_store.h"
+#include "support/manual_scheduler.h"
 #include "support/text.h"
 #include "support/utf8.h"
 #include "worklife/work_life.h"
@@ -18,8 +23,10 @@ namespace {
 
 const char* healthUsage = "usage: sodamjari health [--data-dir DIR]";
 const char* consultUsage =
-    "usage: sodamjari consult AREA [SIDE] FEELING WHEN [--data-dir DIR]\n"
-    "each value by its Korean words or its name; SIDE only where the area asks for one.";
+    "usage: sodamjari consult AREA [SIDE] FEELING WHEN [--data-dir DIR] [--ask QUESTION]\n"
+    "each value by its Korean words or its name; SIDE only where the area asks for one.\n"
+    "--ask puts a question to the local model named by SODAMJARI_MODEL: a command that\n"
+    "reads the instructions, an empty line and the question, and writes the reply.";
 
 constexpr const char* footer =
     "진단이 아니라 자세와 근육에 대한 안내예요. 통증이 2주 넘게 이어지면 진료를 받아 보세요.";
@@ -70,14 +77,16 @@ std::unique_ptr<Records> openRecords(const std::optional<std::string>& dataDir,
   return records;
 }
 
-// Reads "--data-dir DIR" and leaves the rest; the problem, if any.
-std::optional<std::string> takeDataDir(const std::vector<std::string>& args,
-                                       std::optional<std::string>& dataDir,
+// Reads the options of `names` ("--data-dir" and the like) with their
+// values and leaves the rest; the problem, if any.
+std::optional<std::string> takeOptions(const std::vector<std::string>& args,
+                                       std::map<std::string, std::optional<std::string>>& options,
                                        std::vector<std::string>& rest) {
   for (std::size_t i = 0; i < args.size(); ++i) {
-    if (args[i] == "--data-dir") {
-      if (i + 1 >= args.size()) return "--data-dir needs a value";
-      dataDir = args[++i];
+    if (options.count(args[i])) {
+      if (i + 1 >= args.size()) return args[i] + " needs a value";
+      options[args[i]] = args[i + 1];
+      ++i;
     } else if (args[i].rfind("--", 0) == 0) {
       return "unknown option " + args[i];
     } else {
@@ -209,16 +218,16 @@ int runHealth(const std::vector<std::string>& args, std::ostream& out, std::ostr
     out << healthUsage << "\n";
     return 0;
   }
-  std::optional<std::string> dataDir;
+  std::map<std::string, std::optional<std::string>> options{{"--data-dir", std::nullopt}};
   std::vector<std::string> rest;
-  auto problem = takeDataDir(args, dataDir, rest);
+  auto problem = takeOptions(args, options, rest);
   if (!problem && !rest.empty()) problem = "unexpected \"" + rest.front() + "\"";
   if (problem) {
     err << "sodamjari health: " << *problem << "\n" << healthUsage << "\n";
     return 2;
   }
   int status = 0;
-  auto records = openRecords(dataDir, "health", err, status);
+  auto records = openRecords(options["--data-dir"], "health", err, status);
   if (status) return status;
   if (!records) {
     out << "아직 기록이 없어요\n";
@@ -228,26 +237,46 @@ int runHealth(const std::vector<std::string>& args, std::ostream& out, std::ostr
   return 0;
 }
 
+// The chat after the consult's answer: the question, and the local model's
+// reply once it is back.
+void printChat(DoctorChat& chat, ManualScheduler& scheduler, std::ostream& out) {
+  while (chat.thinking()) {
+    scheduler.runPosted();
+    if (chat.thinking()) std::this_thread::sleep_for(std::chrono::milliseconds(20));
+  }
+  for (const auto& message : chat.messages()) {
+    const bool mine = message.role == DoctorChat::Message::Role::me;
+    out << "\n" << (mine ? "나: " : "건강코치: ") << message.text << "\n";
+  }
+}
+
 int runConsult(const std::vector<std::string>& args, std::ostream& out, std::ostream& err) {
   if (!args.empty() && (args.front() == "--help" || args.front() == "-h")) {
     out << consultUsage << "\n";
     return 0;
   }
-  std::optional<std::string> dataDir;
+  std::map<std::string, std::optional<std::string>> options{{"--data-dir", std::nullopt},
+                                                            {"--ask", std::nullopt}};
   std::vector<std::string> words;
   Question q;
-  auto problem = takeDataDir(args, dataDir, words);
+  auto problem = takeOptions(args, options, words);
   if (!problem) problem = readQuestion(words, q);
+  ManualClock clock(SystemClock().now());
+  ManualScheduler scheduler(clock);
+  auto model = CommandLanguageModel::fromEnvironment(scheduler);
+  if (!problem && options["--ask"] && !model) {
+    problem = std::string("--ask needs a local model: set ") + CommandLanguageModel::variable;
+  }
   if (problem) {
     err << "sodamjari consult: " << *problem << "\n" << consultUsage << "\n";
     return 2;
   }
   int status = 0;
-  auto records = openRecords(dataDir, "consult", err, status);
+  auto records = openRecords(options["--data-dir"], "consult", err, status);
   if (status) return status;
   HabitReport report;
   if (records) report = HabitReport::make(records->log->entries(), records->clock.now());
-  DoctorChat chat(report, nullptr);
+  DoctorChat chat(report, model.get());
   chat.choose(q.area);
   if (q.side) chat.choose(*q.side);
   chat.choose(q.feeling);
@@ -256,6 +285,11 @@ int runConsult(const std::vector<std::string>& args, std::ostream& out, std::ost
   if (!report.habits.empty())
     out << "기록을 보니 " << report.habits.front().title << "이 있어요.\n";
   printAnswer(*chat.answer(), out);
+  if (options["--ask"]) {
+    chat.setDraft(*options["--ask"]);
+    chat.ask();
+    printChat(chat, scheduler, out);
+  }
   return 0;
 }
 

@@ -24,9 +24,9 @@ void printUsage(std::ostream& out) {
          "       sodamjari stretch [ID...] [options]       a stretch routine with the sitter\n"
          "       sodamjari companion [--data-dir DIR]      도란이's page: level, points, lines\n"
          "       sodamjari focus [--data-dir DIR]          the focus modes and today's sessions\n"
-         "       sodamjari health                          the habits of the last seven days\n"
-         "       sodamjari consult AREA [SIDE] FEELING WHEN   the consult's answer\n"
-         "       sodamjari desk [--kind K] [FIELD=VALUE...] [--svg FILE]   a desk's side view\n";
+         "       sodamjari health [--data-dir DIR]         the habits of the last seven days\n"
+         "       sodamjari consult AREA [SIDE] FEELING WHEN [--ask Q]   the consult's answer\n"
+         "       sodamjari desk [--kind K] [--height CM] [FIELD=VALUE...] [--svg FILE]\n";
 }
 }  // namespace
 

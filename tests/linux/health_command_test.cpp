@@ -7,6 +7,7 @@
 
 #include <unistd.h>
 
+#include "linux/command_model.h"
 #include "linux/file_defaults.h"
 #include "posture/posture_log.h"
 
@@ -106,6 +107,23 @@ TEST_F(HealthCommand, AWrongValueIsNamedWithTheOnesThatFit) {
     EXPECT_NE(err.str().find(message), std::string::npos) << err.str();
     EXPECT_TRUE(out.str().empty());
   }
+}
+
+TEST_F(HealthCommand, AQuestionAfterTheAnswerGoesToTheLocalModelNamedInTheEnvironment) {
+  record(12);
+  const char* variable = CommandLanguageModel::variable;
+  ::unsetenv(variable);
+  EXPECT_EQ(consult({"eyes", "stiff", "always", "--ask", "왜요?"}), 2);
+  EXPECT_NE(err.str().find("--ask needs a local model: set SODAMJARI_MODEL"), std::string::npos);
+
+  // The model hears the record and the consult before the question alone.
+  ::setenv(variable, "grep -c -e '고개를 숙여 보는 습관' -e '^왜요?$'", 1);
+  ASSERT_EQ(consult({"eyes", "stiff", "always", "--ask", "왜요?"}), 0) << err.str();
+  EXPECT_TRUE(said("\n나: 왜요?\n\n건강코치: 2\n"));
+  ::setenv(variable, "exit 1", 1);
+  ASSERT_EQ(consult({"eyes", "stiff", "always", "--ask", "왜요?"}), 0) << err.str();
+  EXPECT_TRUE(said("건강코치: 지금은 답을 만들지 못했어요. 잠시 뒤 다시 물어봐 주세요.\n"));
+  ::unsetenv(variable);
 }
 
 }  // namespace
