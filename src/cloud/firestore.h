@@ -124,7 +124,8 @@ class Firestore {
  private:
   void call(const std::string& method, const std::string& url, std::optional<nlohmann::json> body,
             std::function<void(std::optional<CloudError>, const HttpResponse&)> done);
-  void listPage(std::string url, std::vector<Doc> gathered, Reply<std::vector<Doc>> done);
+  void listPage(std::string first, std::string url, std::vector<Doc> gathered,
+                Reply<std::vector<Doc>> done);
 
   CloudAuth& auth_;
   HttpClient& http_;

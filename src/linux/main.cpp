@@ -7,6 +7,7 @@
 #include "linux/companion_command.h"
 #include "linux/desk_command.h"
 #include "linux/focus_command.h"
+#include "linux/group_command.h"
 #include "linux/health_command.h"
 #include "linux/report_command.h"
 #include "linux/settings_command.h"
@@ -26,7 +27,8 @@ void printUsage(std::ostream& out) {
          "       sodamjari focus [--data-dir DIR]          the focus modes and today's sessions\n"
          "       sodamjari health [--data-dir DIR]         the habits of the last seven days\n"
          "       sodamjari consult AREA [SIDE] FEELING WHEN [--ask Q]   the consult's answer\n"
-         "       sodamjari desk [--kind K] [--height CM] [FIELD=VALUE...] [--svg FILE]\n";
+         "       sodamjari desk [--kind K] [--height CM] [FIELD=VALUE...] [--svg FILE]\n"
+         "       sodamjari group signin [google|apple] | signout   the study groups' sign-in\n";
 }
 }  // namespace
 
@@ -59,6 +61,7 @@ int main(int argc, char** argv) {
   if (args.front() == "health") return sodam::runHealth(rest, std::cout, std::cerr);
   if (args.front() == "consult") return sodam::runConsult(rest, std::cout, std::cerr);
   if (args.front() == "desk") return sodam::runDesk(rest, std::cout, std::cerr);
+  if (args.front() == "group") return sodam::runGroup(rest, std::cout, std::cerr);
   std::cerr << "sodamjari: unknown command \"" << args.front() << "\"\n";
   printUsage(std::cerr);
   return 2;

@@ -82,6 +82,16 @@ bool isWide(char32_t c) {
 
 }  // namespace
 
+bool isValid(std::string_view text) {
+  for (std::size_t at = 0; at < text.size();) {
+    const Character c = decode(text, at);
+    // A replacement character written out is three bytes; a broken byte is one.
+    if (c.codePoint == replacement && c.size == 1) return false;
+    at += c.size;
+  }
+  return true;
+}
+
 std::size_t length(std::string_view text) {
   std::size_t count = 0;
   for (std::size_t at = 0; at < text.size(); at += decode(text, at).size)

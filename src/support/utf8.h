@@ -17,6 +17,9 @@ std::string prefix(std::string_view text, std::size_t count);
 // The columns a terminal gives the text: two for each wide character
 // (Hangul, CJK ideographs and kana, full-width forms), one for any other.
 std::size_t columns(std::string_view text);
+// Whether every byte belongs to a well-formed sequence.
+bool isValid(std::string_view text);
+
 // Without white space (ASCII and Unicode, line breaks included) at both ends.
 std::string trim(std::string_view text);
 
