@@ -57,9 +57,12 @@ std::string page(std::string_view content) {
 }  // namespace
 
 LoopbackRequest::Next LoopbackRequest::feed(std::string_view chunk, bool ended) {
+  // The blank line may straddle chunks; the bytes before them were searched.
+  const std::size_t from =
+      buffer_.size() < blankLine.size() ? 0 : buffer_.size() - blankLine.size() + 1;
   buffer_.append(chunk);
   if (!headerEnd_) {
-    const auto found = buffer_.find(blankLine);
+    const auto found = buffer_.find(blankLine, from);
     if (found == std::string::npos)
       return !ended && buffer_.size() <= limitBytes ? Next::read : Next::drop;
     headerEnd_ = found;

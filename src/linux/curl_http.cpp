@@ -36,7 +36,8 @@ HttpResponse CurlHttp::perform(const HttpRequest& request) {
   initialiseOnce();
   std::unique_ptr<CURL, decltype(&curl_easy_cleanup)> curl(curl_easy_init(), curl_easy_cleanup);
   if (!curl) return {};
-  curl_slist* headers = nullptr;
+  // No "Expect: 100-continue" pause before a larger body.
+  curl_slist* headers = curl_slist_append(nullptr, "Expect:");
   for (const auto& [name, value] : request.headers)
     headers = curl_slist_append(headers, (name + ": " + value).c_str());
   std::unique_ptr<curl_slist, decltype(&curl_slist_free_all)> headerList(headers,
