@@ -16,6 +16,7 @@ set(SODAM_MAC_FRAMEWORKS
     CoreVideo
     Foundation
     IOKit
+    Network
     QuartzCore
     Security
     ServiceManagement
