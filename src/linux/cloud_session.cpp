@@ -7,6 +7,7 @@
 #include <thread>
 
 #include "linux/linux_loopback_listener.h"
+#include "linux/secret_service_keychain.h"
 
 extern char** environ;
 
@@ -16,7 +17,7 @@ namespace {
 
 CloudAuth::Ports ports(CloudSession& session, std::function<void(const std::string&)> openUrl) {
   return CloudAuth::Ports{session.http,
-                          session.keychain,
+                          *session.keychain,
                           session.clock,
                           session.scheduler,
                           [] { return std::make_unique<LinuxLoopbackListener>(); },
@@ -29,7 +30,7 @@ CloudAuth::Ports ports(CloudSession& session, std::function<void(const std::stri
 CloudSession::CloudSession(const std::filesystem::path& dataDirectory, CloudConfig config,
                            std::function<void(const std::string& url)> openUrl)
     : clock(SystemClock().now()),
-      keychain(dataDirectory),
+      keychain(openLinuxKeychain(dataDirectory, keychainKind)),
       auth(std::move(config), ports(*this, std::move(openUrl))) {}
 
 bool CloudSession::runUntil(const std::function<bool()>& done, double timeoutSeconds) {
@@ -43,7 +44,18 @@ bool CloudSession::runUntil(const std::function<bool()>& done, double timeoutSec
 }
 
 std::string CloudSession::keychainSummary() const {
-  return "a private file (mode 0600) at " + keychain.path().string();
+  return keychainKind;
+}
+
+std::unique_ptr<Keychain> openLinuxKeychain(const std::filesystem::path& dataDirectory,
+                                            std::string& kind) {
+  if (auto service = SecretServiceKeychain::open()) {
+    kind = "the desktop's secret service";
+    return service;
+  }
+  auto file = std::make_unique<FileKeychain>(dataDirectory);
+  kind = "a private file (mode 0600) at " + file->path().string();
+  return file;
 }
 
 bool openInBrowser(const std::string& url) {

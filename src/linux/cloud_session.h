@@ -1,7 +1,8 @@
 #pragma once
 #include <filesystem>
 #include <functional>
-#include <iosfwd>
+#include <memory>
+#include <string>
 
 #include "cloud/cloud_auth.h"
 #include "cloud/firestore.h"
@@ -12,7 +13,8 @@
 namespace sodam {
 
 // The cloud as the `sodamjari group` commands use it: the sign-in and the
-// database client over libcurl, the keychain file in the data directory, and
+// database client over libcurl, the keychain (the secret service or a private
+// file in the data directory), and
 // a main loop that runs the scheduler in real time.
 class CloudSession {
  public:
@@ -28,10 +30,16 @@ class CloudSession {
   ManualClock clock;
   ManualScheduler scheduler{clock};
   CurlHttp http{scheduler};
-  FileKeychain keychain;
+  std::string keychainKind;
+  std::unique_ptr<Keychain> keychain;
   CloudAuth auth;
   Firestore firestore{auth, http};
 };
+
+// The desktop's secret service when one answers, else a private file in the
+// data directory; `kind` tells the user which.
+std::unique_ptr<Keychain> openLinuxKeychain(const std::filesystem::path& dataDirectory,
+                                            std::string& kind);
 
 // Opens a URL in the desktop's browser with xdg-open; false when it can't start.
 bool openInBrowser(const std::string& url);

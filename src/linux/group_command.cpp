@@ -38,7 +38,7 @@ int signIn(CloudSession& session, CloudAuth::Provider provider, std::ostream& ou
   session.auth.signIn(provider);
   out << fill("브라우저에서 {provider} 로그인을 마쳐 주세요",
               {{"provider", CloudAuth::title(provider)}})
-      << "\n";
+      << std::endl;  // shown while it waits
   const bool ended =
       session.runUntil([&] { return session.auth.phase().kind != CloudAuth::Phase::Kind::waiting; },
                        CloudAuth::signInSeconds + 5);
@@ -68,7 +68,8 @@ int runGroup(const std::vector<std::string>& args, std::ostream& out, std::ostre
   const std::string& verb = read->words.front();
   CloudSession session(*directory, CloudConfig::built(), [&out](const std::string& url) {
     out << "login page: " << url << "\n";
-    if (!openInBrowser(url)) out << "(open it in a browser: xdg-open is not at hand)\n";
+    if (!openInBrowser(url)) out << "(open it in a browser: xdg-open could not)\n";
+    out << std::flush;
   });
   if (verb == "signin") {
     const std::string provider = read->words.size() > 1 ? read->words[1] : "google";

@@ -179,5 +179,18 @@ TEST(FileKeychain, keepsItsSecretsInAFileOnlyTheOwnerReads) {
   EXPECT_EQ(keychain.read(Keychain::userAccount), std::nullopt);
 }
 
+TEST(FileKeychain, standsInWhenNoSecretServiceAnswers) {
+  TempDirectory directory;
+  const char* bus = std::getenv("DBUS_SESSION_BUS_ADDRESS");
+  const std::string saved = bus ? bus : "";
+  ::unsetenv("DBUS_SESSION_BUS_ADDRESS");
+  std::string kind;
+  const auto keychain = openLinuxKeychain(directory.path(), kind);
+  if (bus) ::setenv("DBUS_SESSION_BUS_ADDRESS", saved.c_str(), 1);
+  EXPECT_EQ(kind, "a private file (mode 0600) at " + (directory.path() / "keychain.json").string());
+  keychain->write(Keychain::refreshAccount, "r");
+  EXPECT_TRUE(std::filesystem::exists(directory.path() / "keychain.json"));
+}
+
 }  // namespace
 }  // namespace sodam
