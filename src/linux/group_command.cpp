@@ -11,7 +11,9 @@ namespace sodam {
 
 namespace {
 
-const char* usage = "usage: sodamjari group signin [google|apple] | signout [--data-dir DIR]";
+const char* usage =
+    "usage: sodamjari group signin [google|apple] | signout | create NAME | join CODE |\n"
+    "                      leave [CODE] | list | status [--data-dir DIR]";
 
 struct GroupArguments {
   std::vector<std::string> words;
@@ -56,7 +58,8 @@ int signIn(CloudSession& session, CloudAuth::Provider provider, std::ostream& ou
 
 }  // namespace
 
-int runGroup(const std::vector<std::string>& args, std::ostream& out, std::ostream& err) {
+int runGroup(const std::vector<std::string>& args, std::ostream& out, std::ostream& err,
+             GroupVerbs verbs) {
   const auto read = readArguments(args);
   const auto directory = read && read->dataDir
                              ? std::optional<std::filesystem::path>(*read->dataDir)
@@ -86,6 +89,7 @@ int runGroup(const std::vector<std::string>& args, std::ostream& out, std::ostre
     out << "signed out; the session's secrets are gone from " << session.keychainSummary() << "\n";
     return 0;
   }
+  if (verbs) return verbs(session, *directory, read->words, out, err);
   err << "sodamjari: unknown group command \"" << verb << "\"\n" << usage << "\n";
   return 2;
 }

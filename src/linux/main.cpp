@@ -28,7 +28,8 @@ void printUsage(std::ostream& out) {
          "       sodamjari health [--data-dir DIR]         the habits of the last seven days\n"
          "       sodamjari consult AREA [SIDE] FEELING WHEN [--ask Q]   the consult's answer\n"
          "       sodamjari desk [--kind K] [--height CM] [FIELD=VALUE...] [--svg FILE]\n"
-         "       sodamjari group signin [google|apple] | signout   the study groups' sign-in\n";
+         "       sodamjari group signin [google|apple] | signout | create NAME | join CODE |\n"
+         "                       leave [CODE] | list | status   the study groups\n";
 }
 }  // namespace
 
