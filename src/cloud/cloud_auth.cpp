@@ -199,6 +199,8 @@ void CloudAuth::token(std::function<void(CloudResult<std::string>)> done) {
 
 void CloudAuth::tokenAnswered(const HttpResponse& response,
                               const std::function<void(CloudResult<std::string>)>& done) {
+  // Signed out while the request was out: its answer belongs to nobody.
+  if (!refresh_) return done(CloudError::signedOut());
   const auto answer = response.status == 200 ? parseJson(response.body) : std::nullopt;
   const auto idToken = answer ? jsonRequired<std::string>(*answer, "id_token") : std::nullopt;
   if (idToken) {

@@ -216,6 +216,16 @@ TEST_F(Tokens, aRejectedRefreshTokenSignsOutAndStillReportsTheRefusal) {
   EXPECT_EQ(signedOut, 1);
 }
 
+TEST_F(Tokens, anAnswerAfterSigningOutKeepsNothing) {
+  rig.signInAs("u1");
+  rig.service.rotateRefreshTokens(1);
+  std::optional<CloudResult<std::string>> result;
+  rig.auth->token([&](CloudResult<std::string> r) { result = std::move(r); });
+  rig.auth->signOut();
+  EXPECT_EQ(rig.await(result).error(), CloudError::signedOut());
+  EXPECT_TRUE(rig.keychain.items().empty());
+}
+
 TEST_F(Tokens, failuresOfTheServiceKeepTheSession) {
   rig.signInAs("u1");
   rig.service.failWith = 503;
