@@ -9,8 +9,11 @@
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   using sodam::LoopbackRequest;
   const std::string_view bytes(reinterpret_cast<const char*>(data), size);
-  // The first byte picks the chunk size, so the reader sees requests split anywhere.
-  const std::size_t chunk = size == 0 ? 1 : 1 + data[0] % 64;
+  // The first two bytes pick the chunk size, so the reader sees requests split
+  // anywhere, from single bytes to whole reads.
+  const std::size_t chunk = size < 2 ? 1
+                                     : 1 + (data[0] | static_cast<std::size_t>(data[1]) << 8) %
+                                               LoopbackRequest::limitBytes;
   LoopbackRequest request;
   auto next = LoopbackRequest::Next::read;
   std::size_t at = 0;
