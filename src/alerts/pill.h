@@ -78,7 +78,11 @@ struct Pill {
     // The alternatives keep the order of Kind.
     using Value = std::variant<Symbol, Fix, Buddy, Say, Countdown, Breathe>;
 
-    explicit Art(Value value) : value_(std::move(value)) {}
+    // Each alternative goes straight into the variant: moving a whole variant
+    // whose string alternative is not the live one trips GCC 12's
+    // -Wmaybe-uninitialized at -O2 with sanitizers (GCC bug 80635).
+    template <class Alternative>
+    explicit Art(Alternative alternative) : value_(std::move(alternative)) {}
 
     Value value_;
   };

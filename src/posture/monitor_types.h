@@ -27,8 +27,11 @@ class MonitorOutcome {
   };
 
   static MonitorOutcome alerted(Reading reading) { return MonitorOutcome(std::move(reading)); }
-  static MonitorOutcome relearnNeeded(std::optional<std::string> why = std::nullopt) {
-    return MonitorOutcome(Kind::relearnNeeded, std::move(why));
+  // Two overloads, not a defaulted optional: moving an empty optional<string>
+  // trips GCC 12's -Wmaybe-uninitialized at -O2 with sanitizers (GCC bug 80635).
+  static MonitorOutcome relearnNeeded() { return {Kind::relearnNeeded}; }
+  static MonitorOutcome relearnNeeded(std::string why) {
+    return {Kind::relearnNeeded, std::move(why)};
   }
   static MonitorOutcome skipped(std::string why) { return {Kind::skipped, std::move(why)}; }
   static MonitorOutcome failed(std::string why) { return {Kind::failed, std::move(why)}; }

@@ -40,7 +40,8 @@ void MonitorHarness::makeMonitor() {
   monitor->onStretched = [this] { workLife.rested(WorkLife::RestKind::stretch); };
   monitor->onPhase = [this](Monitor::Phase phase, const std::optional<Monitor::Outcome>& outcome) {
     std::string text = std::string("phase ") + name(phase);
-    if (outcome) text += " " + outcome->text();
+    // Appended piece by piece: " " + string trips GCC 12's -Wrestrict at -O2 (GCC bug 105329).
+    if (outcome) text.append(" ").append(outcome->text());
     events.push_back(text);
   };
   monitor->onAlert = [this](const std::optional<Issue>& issue, bool corrected) {
