@@ -39,7 +39,7 @@ sodam_warnings(sodamjari)
 set_target_properties(
   sodamjari
   PROPERTIES OUTPUT_NAME SodamJari
-             MACOSX_BUNDLE_INFO_PLIST ${CMAKE_SOURCE_DIR}/cmake/Info.plist.in
+             MACOSX_BUNDLE_INFO_PLIST ${PROJECT_SOURCE_DIR}/cmake/Info.plist.in
              MACOSX_BUNDLE_GUI_IDENTIFIER kr.lumenfold.sodamjari
              MACOSX_BUNDLE_BUNDLE_NAME SodamJari
              MACOSX_BUNDLE_SHORT_VERSION_STRING ${PROJECT_VERSION}
