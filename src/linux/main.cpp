@@ -13,6 +13,7 @@
 #include "linux/settings_command.h"
 #include "linux/simulate_command.h"
 #include "linux/stretch_command.h"
+#include "support/utf8.h"
 
 namespace {
 constexpr const char* logHelperFlag = "--camera-log-helper";
@@ -63,7 +64,7 @@ int main(int argc, char** argv) {
   if (args.front() == "consult") return sodam::runConsult(rest, std::cout, std::cerr);
   if (args.front() == "desk") return sodam::runDesk(rest, std::cout, std::cerr);
   if (args.front() == "group") return sodam::runGroup(rest, std::cout, std::cerr);
-  std::cerr << "sodamjari: unknown command \"" << args.front() << "\"\n";
+  std::cerr << "sodamjari: unknown command \"" << sodam::utf8::printable(args.front()) << "\"\n";
   printUsage(std::cerr);
   return 2;
 }

@@ -8,6 +8,7 @@
 #include <sstream>
 
 #include "support/text.h"
+#include "support/utf8.h"
 
 namespace sodam {
 
@@ -135,7 +136,9 @@ std::optional<double> parseTime(std::string_view text) {
   int parts[3] = {0, 0, 0};
   int count = 0;
   std::size_t at = 0;
-  while (at <= text.size() && count < 3) {
+  while (at <= text.size()) {
+    // HH:MM:SS is the longest; "09:00:00:extra" is no time.
+    if (count == 3) return std::nullopt;
     const auto colon = text.find(':', at);
     const auto piece = text.substr(at, colon == std::string_view::npos ? colon : colon - at);
     auto [end, error] = std::from_chars(piece.data(), piece.data() + piece.size(), parts[count]);
@@ -176,6 +179,9 @@ class Reader {
   explicit Reader(std::string name) { scenario_.name = std::move(name); }
 
   Scenario::Parsed read(std::string_view text) {
+    // Editors on some systems begin UTF-8 text with a byte order mark.
+    constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
+    if (text.starts_with(byteOrderMark)) text.remove_prefix(byteOrderMark.size());
     int number = 0;
     std::size_t at = 0;
     while (at <= text.size()) {
@@ -192,7 +198,12 @@ class Reader {
       return {std::nullopt, "the scenario must end after it starts"};
     }
     const auto& events = scenario_.events;
-    const bool lastDay = !events.empty() && events.back().day == scenario_.days - 1;
+    if (events.empty()) {
+      return {std::nullopt,
+              "nothing happens: a scenario needs at least one timed line, such as "
+              "\"09:00 present=yes\""};
+    }
+    const bool lastDay = events.back().day == scenario_.days - 1;
     if (lastDay && events.back().atSeconds > scenario_.endSeconds) {
       return {std::nullopt,
               format("line %d: the event comes after the end", scenario_.events.back().line)};
@@ -227,7 +238,7 @@ class Reader {
     if (parts.size() != 2) return fail(line, format("\"%s\" takes one time, HH:MM", head.c_str()));
     auto time = parseTime(parts[1]);
     if (!time) {
-      return fail(line, format("\"%s\" is not a time, HH:MM", std::string(parts[1]).c_str()));
+      return fail(line, format("\"%s\" is not a time, HH:MM", utf8::printable(parts[1]).c_str()));
     }
     (head == "start" ? scenario_.startSeconds : scenario_.endSeconds) = *time;
     return true;
@@ -245,7 +256,7 @@ class Reader {
     auto time = parseTime(parts.front());
     if (!time) {
       return fail(line, format("\"%s\" is neither a time nor a setting",
-                               std::string(parts.front()).c_str()));
+                               utf8::printable(parts.front()).c_str()));
     }
     const int day = scenario_.days - 1;
     const auto& events = scenario_.events;
@@ -267,7 +278,7 @@ class Reader {
     const auto name = part.substr(0, equals);
     const FieldRule* rule = findField(name);
     if (!rule) {
-      fail(line, format("unknown field \"%s\"", std::string(name).c_str()));
+      fail(line, format("unknown field \"%s\"", utf8::printable(name).c_str()));
       return std::nullopt;
     }
     if (rule->kind == Kind::word) {

@@ -131,4 +131,33 @@ std::size_t columns(std::string_view text) {
   return count;
 }
 
+std::string printable(std::string_view text, std::size_t limit) {
+  static constexpr char hex[] = "0123456789abcdef";
+  std::string out;
+  std::size_t at = 0;
+  for (std::size_t taken = 0; at < text.size() && taken < limit; ++taken) {
+    const auto [codePoint, size] = decode(text, at);
+    const bool stray = codePoint == replacement && size == 1;
+    // C0 and C1 controls both steer a terminal.
+    const bool control = codePoint < 0x20 || (codePoint >= 0x7F && codePoint <= 0x9F);
+    if (codePoint == '\n') {
+      out += "\\n";
+    } else if (codePoint == '\t') {
+      out += "\\t";
+    } else if (stray || control) {
+      for (std::size_t i = at; i < at + size; ++i) {
+        const auto byte = static_cast<unsigned char>(text[i]);
+        out += "\\x";
+        out += hex[byte >> 4];
+        out += hex[byte & 15];
+      }
+    } else {
+      out.append(text.substr(at, size));
+    }
+    at += size;
+  }
+  if (at < text.size()) out += "…";
+  return out;
+}
+
 }  // namespace sodam::utf8

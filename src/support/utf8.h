@@ -23,4 +23,9 @@ bool isValid(std::string_view text);
 // Without white space (ASCII and Unicode, line breaks included) at both ends.
 std::string trim(std::string_view text);
 
+// Text fit to quote in a message on a terminal: line breaks, tabs, other
+// control characters and stray bytes written as escapes (\n, \x1b), at most
+// `limit` characters of the text, then "…" when there was more.
+std::string printable(std::string_view text, std::size_t limit = 80);
+
 }  // namespace sodam::utf8

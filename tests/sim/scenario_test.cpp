@@ -58,6 +58,12 @@ TEST(Scenario, ABadLineIsNamedWithItsField) {
       {"09:00 lock=yes", "line 1: \"lock\" takes no value"},
       {"25:00 lock", "line 1: \"25:00\" is neither a time nor a setting"},
       {"9:60 lock", "line 1: \"9:60\" is neither a time nor a setting"},
+      {"09:00:00:30 lock", "line 1: \"09:00:00:30\" is neither a time nor a setting"},
+      {"\xEF\xBB\xBF"
+       "09:00 lock\n09:00 \x1b[31mlock",
+       "line 2: unknown field \"\\x1b[31mlock\""},
+      {"\xEF\xBB\xBF\n  \n# only a comment\nstart 09:00",
+       "nothing happens: a scenario needs at least one timed line, such as \"09:00 present=yes\""},
       {"10:00 lock\n09:00 unlock", "line 2: the time goes back"},
       {"09:00", "line 1: nothing happens at this time"},
       {"mode fast", "line 1: \"mode\" is live or interval"},

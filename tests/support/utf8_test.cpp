@@ -76,5 +76,27 @@ TEST(Utf8, TrimRemovesAsciiAndUnicodeSpaceAtBothEndsOnly) {
     EXPECT_EQ(utf8::trim(c.text), c.trimmed) << c.text;
 }
 
+TEST(Utf8, PrintableEscapesWhatSteersATerminalAndCutsLongText) {
+  struct Case {
+    std::string text;
+    std::string shown;
+  };
+  const Case cases[] = {
+      {"소담 ok", "소담 ok"},
+      {"a\nb\tc", "a\\nb\\tc"},
+      {"\x1b[2J\x7f", "\\x1b[2J\\x7f"},
+      {"\xC2\x9B"
+       "31m",
+       "\\xc2\\x9b31m"},  // the one-character CSI
+      {"bad\xFF\xC3", "bad\\xff\\xc3"},
+      {std::string("nul\0x", 5), "nul\\x00x"},
+      {std::string(80, 'a'), std::string(80, 'a')},
+      {std::string(81, 'a'), std::string(80, 'a') + "…"},
+      {std::string(79, 'a') + "담자리", std::string(79, 'a') + "담…"},
+  };
+  for (const auto& c : cases)
+    EXPECT_EQ(utf8::printable(c.text), c.shown) << c.text;
+}
+
 }  // namespace
 }  // namespace sodam
