@@ -71,13 +71,18 @@ Simulation::~Simulation() {
 }
 
 Date Simulation::dayToSimulate(Defaults& defaults, const Calendar& calendar, Date today) {
+  constexpr double trustedAhead = 86'400;
   const ManualClock clock(today);
   const PostureLog log(defaults, clock, calendar);
   const Date todayStart = calendar.startOfDay(today);
-  if (log.entries().empty() || calendar.startOfDay(log.entries().back().t) < todayStart) {
-    return todayStart;
+  std::optional<Date> last;
+  for (const auto& entry : log.entries()) {
+    if (entry.t <= today + trustedAhead && (!last || entry.t > *last)) last = entry.t;
   }
-  return calendar.addingDays(calendar.startOfDay(log.entries().back().t), 1).value_or(todayStart);
+  if (!last || calendar.startOfDay(*last) < todayStart) return todayStart;
+  const Date tomorrow = calendar.addingDays(todayStart, 1).value_or(todayStart);
+  return std::min(calendar.addingDays(calendar.startOfDay(*last), 1).value_or(todayStart),
+                  tomorrow);
 }
 
 Date Simulation::dayStart(int day) const {
@@ -101,14 +106,17 @@ SimulationSummary Simulation::run() {
   watchTheDay();
   watchTheCompanion();
   app_->finishLaunching(false);
-  while (clock_.now() < end()) {
+  bool stopped = false;
+  while (clock_.now() < end() && !stopped) {
     while (next < events.size() && momentOf(events[next]) <= clock_.now()) {
       apply(events[next++]);
     }
     const Date until = next < events.size() ? std::min(momentOf(events[next]), end()) : end();
     step(asleep_ ? std::clamp(until - clock_.now(), stepSeconds, asleepStepSeconds) : stepSeconds);
+    stopped = options_.stopRequested && options_.stopRequested();
   }
   auto summary = summarize();
+  summary.stopped = stopped;
   defaults_.flush();
   return summary;
 }

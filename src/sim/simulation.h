@@ -47,6 +47,8 @@ struct SimulationSummary {
     double sceneShare = 0;
   };
   std::optional<Focus> focus;
+  // The run was asked to stop before the scenario's end.
+  bool stopped = false;
 
   // 도란이 at the end of the run.
   struct Companion {
@@ -95,6 +97,8 @@ class Simulation {
     const ProcessInspector* process = nullptr;
     // How the sitter follows a stretch routine.
     StretchFollower::Habits follower = StretchFollower::good();
+    // Asked before each step; true ends the run there.
+    std::function<bool()> stopRequested;
   };
 
   // The sitter's reaction time to an alert pill.
@@ -109,7 +113,10 @@ class Simulation {
 
   // The day a run starting `today` simulates: today, or the day after the
   // last record when earlier runs already reach today, so that runs on the
-  // same records follow each other like days.
+  // same records follow each other like days, but never later than
+  // tomorrow. A record dated more than a day after `today` comes from a
+  // wrong clock and decides nothing: it must not carry the day, and with it
+  // the 30-day prune, into its future.
   static Date dayToSimulate(Defaults& defaults, const Calendar& calendar, Date today);
 
   SimulationSummary run();
@@ -117,6 +124,8 @@ class Simulation {
   // routine without any, until it is finished and closed. The lines of its
   // summary; empty when it never finished.
   std::vector<std::string> runStretch(std::optional<std::vector<Stretch>> items);
+  // A line of the transcript from outside the product, stamped like the rest.
+  void say(const std::string& text) { transcript_.say(text); }
   AppDelegate& app() { return *app_; }
   const Clock& clock() const { return clock_; }
 

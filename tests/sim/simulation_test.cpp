@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+#include <nlohmann/json.hpp>
+
 #include "platform/defaults.h"
 #include "posture/posture_log.h"
 #include "support/text.h"
@@ -100,6 +102,10 @@ TEST(Simulation, RunsOnTheSameRecordsFollowEachOtherLikeDays) {
   simulate("first-run", defaults);
   const Date next = Simulation::dayToSimulate(defaults, calendar, today);
   EXPECT_EQ(next, *calendar.addingDays(calendar.startOfDay(today), 1));
+  // No further than tomorrow, however many runs came before.
+  Simulation(*Scenario::builtIn("workday"), defaults, calendar, next, [](const std::string&) {}, {})
+      .run();
+  EXPECT_EQ(Simulation::dayToSimulate(defaults, calendar, today), next);
   // A later real day starts on itself.
   const Date later = today + 5 * 86400;
   EXPECT_EQ(Simulation::dayToSimulate(defaults, calendar, later), calendar.startOfDay(later));
@@ -134,6 +140,30 @@ TEST(Simulation, AWeekBanksEachDayAndCelebratesEachLevelReached) {
   EXPECT_TRUE(any(lines, format("도란이 오늘 %d점 · 모두 %d점 · 레벨 %d '", s.companion.today,
                                 s.companion.total, s.companion.level)));
   EXPECT_TRUE(any(lines, "11월 21일 (토) 확인 0번 · 앉은 시간 0분 · 도란이 0점"));
+}
+
+TEST(Simulation, ARecordFromAWrongClockDecidesNoDayAndCostsNoRecord) {
+  const Calendar calendar(TimeZone::fixed(9 * 3600));
+  const Date today = Date::fromUnix(1'795'000'000);
+  MemoryDefaults defaults;
+  {
+    // A record an hour for the week up to yesterday; then one from 2128.
+    ManualClock clock(today - 8 * 86400);
+    PostureLog log(defaults, clock, calendar);
+    for (int hour = 0; hour < 7 * 24; ++hour) {
+      clock.advance(3600);
+      log.record(PostureEntry::Kind::good);
+    }
+  }
+  auto stored = *defaults.jsonData("postureLog");
+  stored.push_back({{"t", Date::fromUnix(5'000'000'000).sinceReference}, {"k", "good"}, {"i", {}}});
+  defaults.setJsonData("postureLog", stored);
+  EXPECT_EQ(Simulation::dayToSimulate(defaults, calendar, today), calendar.startOfDay(today));
+  simulate("workday", defaults);
+  const PostureLog log(defaults, ManualClock(today), calendar);
+  const auto before = std::count_if(log.entries().begin(), log.entries().end(),
+                                    [&](const PostureEntry& e) { return e.t <= today - 86400; });
+  EXPECT_EQ(before, 7 * 24) << "every real record is kept";
 }
 
 TEST(Simulation, LiveModeWatchesAllTheTime) {
