@@ -1,21 +1,16 @@
 // The posture log at its largest: a month of one check a minute. Measures a
-// record (encoding the whole log and writing it through the Linux file store,
-// synced to disk), the day queries, loading, and the memory the loaded log
-// holds.
+// record (encoding the whole log), the day queries, loading, and the memory
+// the loaded log holds. The store's own cost is measured in bench_store.
 
 #include <benchmark/benchmark.h>
 
 #include <malloc.h>
-#include <stdlib.h>
 
-#include <filesystem>
 #include <random>
 
 #include "platform/store.h"
 #include "posture/posture_log.h"
 #include "posture/posture_log_text.h"
-
-#include "linux/file_defaults.h"
 
 namespace sodam {
 namespace {
@@ -69,15 +64,6 @@ std::size_t heapInUse() {
   return info.uordblks + info.hblkhd;
 }
 
-struct TempDir {
-  std::filesystem::path path;
-  TempDir() {
-    std::string pattern = (std::filesystem::temp_directory_path() / "sodam-bench-XXXXXX").string();
-    path = ::mkdtemp(pattern.data());
-  }
-  ~TempDir() { std::filesystem::remove_all(path); }
-};
-
 // A full log over the given defaults, the clock a minute past its last entry.
 struct FullLog {
   ManualClock clock{Date{start + monthOfMinutes * 60.0}};
@@ -100,17 +86,6 @@ struct FullLog {
     log->record(PostureEntry::Kind::good, {}, metrics);
   }
 };
-
-void BM_RecordThroughFileStore(benchmark::State& state) {
-  TempDir dir;
-  FileDefaults defaults(dir.path);
-  FullLog full(defaults);
-  for (auto _ : state)
-    full.recordOne();
-  state.counters["entries"] = static_cast<double>(full.log->entries().size());
-  state.counters["file_MB"] = std::filesystem::file_size(defaults.path()) / 1e6;
-}
-BENCHMARK(BM_RecordThroughFileStore)->Unit(benchmark::kMillisecond)->UseRealTime()->MinTime(3);
 
 void BM_RecordInMemory(benchmark::State& state) {
   MemoryDefaults defaults;
@@ -139,23 +114,6 @@ void BM_Load(benchmark::State& state) {
   state.counters["loaded_MB"] = held / 1e6;
 }
 BENCHMARK(BM_Load)->Unit(benchmark::kMillisecond);
-
-// Start-up: the settings file read and the log decoded from it.
-void BM_LoadFromFileStore(benchmark::State& state) {
-  TempDir dir;
-  {
-    FileDefaults defaults(dir.path);
-    defaults.setData(StoreKey::postureLog, monthOfEntries());
-  }
-  ManualClock clock;
-  Calendar calendar;
-  for (auto _ : state) {
-    FileDefaults defaults(dir.path);
-    PostureLog log(defaults, clock, calendar);
-    benchmark::DoNotOptimize(log.entries().size());
-  }
-}
-BENCHMARK(BM_LoadFromFileStore)->Unit(benchmark::kMillisecond);
 
 void BM_Queries(benchmark::State& state) {
   MemoryDefaults defaults;

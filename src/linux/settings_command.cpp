@@ -118,8 +118,8 @@ int runSettings(const std::vector<std::string>& args, std::ostream& out, std::os
   // This program never confines itself; the line says so.
   SettingsPage page(settings, Lockdown::summaryFor(false));
   const int status = perform(request, page, out, err);
-  if (store.defaults && !store.defaults->lastWriteSucceeded()) {
-    err << "sodamjari settings: cannot write " << store.defaults->path().string() << "\n";
+  if (auto failure = store.defaults ? store.defaults->firstFailure() : std::nullopt) {
+    err << "sodamjari settings: cannot write " << failure->describe() << "\n";
     return 1;
   }
   return status;

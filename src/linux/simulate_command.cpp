@@ -1,16 +1,22 @@
 #include "linux/simulate_command.h"
 
+#include <cctype>
+#include <cerrno>
 #include <chrono>
+#include <cstring>
 #include <fstream>
 #include <iostream>
-#include <sstream>
+#include <iterator>
 #include <thread>
 #include <variant>
 
-#include "linux/file_defaults.h"
 #include "linux/linux_process_inspector.h"
+#include "linux/record_store.h"
+#include "linux/sqlite_defaults.h"
+#include "linux/stop_signals.h"
 #include "sim/simulation.h"
 #include "support/text.h"
+#include "support/utf8.h"
 
 namespace sodam {
 
@@ -32,54 +38,76 @@ const char* usage =
     "                          [--style border|blur]\n"
     "SCENARIO is one of workday, live, first-run, week, study, or a scenario file.";
 
-// The value after an option, or a problem naming the option.
-std::optional<std::string> valueOf(const std::vector<std::string>& args, std::size_t& i,
-                                   std::optional<Problem>& problem) {
-  if (i + 1 >= args.size()) {
-    problem = Problem{args[i] + " needs a value"};
-    return std::nullopt;
+// Virtual seconds per real second: from a crawl to as fast as a machine goes.
+constexpr double slowest = 0.01;
+constexpr double fastest = 1e6;
+
+// A real-time wait that a stopping signal cuts short.
+constexpr double sleepSliceSeconds = 0.05;
+
+// The user's text, fit to quote in a message.
+std::string shown(std::string_view text) {
+  return utf8::printable(text);
+}
+
+// One whole line at a time, so that a reader never sees half of one.
+void writeLine(std::ostream& out, const std::string& line) {
+  out << line << '\n' << std::flush;
+}
+
+bool takesValue(std::string_view name) {
+  return name == "--mode" || name == "--speed" || name == "--data-dir" || name == "--sensitivity" ||
+         name == "--style";
+}
+
+std::optional<double> speedOf(const std::string& text) {
+  if (text.empty() || std::isspace(static_cast<unsigned char>(text.front()))) return std::nullopt;
+  char* end = nullptr;
+  const double speed = std::strtod(text.c_str(), &end);
+  if (*end != '\0' || !(speed >= slowest && speed <= fastest)) return std::nullopt;
+  return speed;
+}
+
+std::optional<Problem> readValue(std::string_view name, const std::string& value,
+                                 Request& request) {
+  if (name == "--mode") {
+    if (value != "interval" && value != "live") return Problem{"--mode is interval or live"};
+    request.options.live = value == "live";
+  } else if (name == "--speed") {
+    request.options.speed = speedOf(value);
+    if (!request.options.speed) {
+      return Problem{format("--speed takes simulated seconds per real second, from %g to %.0f",
+                            slowest, fastest)};
+    }
+  } else if (name == "--data-dir") {
+    if (value.empty()) return Problem{"--data-dir needs a folder, not an empty name"};
+    request.dataDir = value;
+  } else if (name == "--sensitivity") {
+    if (value == "strict")
+      request.options.sensitivity = Sensitivity::strict;
+    else if (value == "normal")
+      request.options.sensitivity = Sensitivity::normal;
+    else if (value == "relaxed")
+      request.options.sensitivity = Sensitivity::relaxed;
+    else
+      return Problem{"--sensitivity is strict, normal or relaxed"};
+  } else if (name == "--style") {
+    if (value != "border" && value != "blur") return Problem{"--style is border or blur"};
+    request.options.style = value == "blur" ? AlertStyle::blur : AlertStyle::border;
   }
-  return args[++i];
+  return std::nullopt;
 }
 
 std::optional<Problem> readOption(const std::vector<std::string>& args, std::size_t& i,
                                   Request& request) {
-  std::optional<Problem> problem;
   const std::string& name = args[i];
   if (name == "--realtime") {
     request.options.speed = 1;
     return std::nullopt;
   }
-  auto value = valueOf(args, i, problem);
-  if (!value) return problem;
-  if (name == "--mode") {
-    if (*value != "interval" && *value != "live") return Problem{"--mode is interval or live"};
-    request.options.live = *value == "live";
-  } else if (name == "--speed") {
-    char* end = nullptr;
-    const double speed = std::strtod(value->c_str(), &end);
-    if (end == value->c_str() || *end != '\0' || !(speed > 0) || speed > 1e9) {
-      return Problem{"--speed takes a positive number of simulated seconds per second"};
-    }
-    request.options.speed = speed;
-  } else if (name == "--data-dir") {
-    request.dataDir = *value;
-  } else if (name == "--sensitivity") {
-    if (*value == "strict")
-      request.options.sensitivity = Sensitivity::strict;
-    else if (*value == "normal")
-      request.options.sensitivity = Sensitivity::normal;
-    else if (*value == "relaxed")
-      request.options.sensitivity = Sensitivity::relaxed;
-    else
-      return Problem{"--sensitivity is strict, normal or relaxed"};
-  } else if (name == "--style") {
-    if (*value != "border" && *value != "blur") return Problem{"--style is border or blur"};
-    request.options.style = *value == "blur" ? AlertStyle::blur : AlertStyle::border;
-  } else {
-    return Problem{"unknown option " + name};
-  }
-  return std::nullopt;
+  if (!takesValue(name)) return Problem{"unknown option " + shown(name)};
+  if (i + 1 >= args.size()) return Problem{name + " needs a value"};
+  return readValue(name, args[++i], request);
 }
 
 std::optional<Problem> readArguments(const std::vector<std::string>& args, Request& request) {
@@ -91,7 +119,7 @@ std::optional<Problem> readArguments(const std::vector<std::string>& args, Reque
       request.scenario = args[i];
       named = true;
     } else {
-      return Problem{"only one scenario at a time: " + args[i]};
+      return Problem{"only one scenario at a time: " + shown(args[i])};
     }
   }
   return std::nullopt;
@@ -107,19 +135,91 @@ std::variant<Scenario, Problem> loadScenario(const std::string& name) {
     std::string names;
     for (const auto& known : Scenario::builtInNames())
       names += " " + known;
-    return Problem{"unknown scenario \"" + name + "\"; the built-in ones are" + names};
+    return Problem{"unknown scenario \"" + shown(name) + "\"; the built-in ones are" + names};
   }
-  std::ifstream file(name);
-  std::stringstream text;
-  if (!file || !(text << file.rdbuf())) return Problem{"cannot read the scenario file " + name};
-  auto parsed = Scenario::parse(text.str(), name);
-  if (!parsed.scenario) return Problem{name + ": " + parsed.error};
+  errno = 0;
+  std::ifstream file(name, std::ios::binary);
+  std::string text(std::istreambuf_iterator<char>(file), {});
+  if (!file.is_open() || file.bad()) {
+    return Problem{"cannot read the scenario file " + shown(name) +
+                   (errno ? std::string(": ") + std::strerror(errno) : std::string())};
+  }
+  auto parsed = Scenario::parse(text, name);
+  if (!parsed.scenario) return Problem{shown(name) + ": " + parsed.error};
   return *parsed.scenario;
 }
 
-Calendar localCalendar() {
-  if (auto zone = TimeZone::load("/etc/localtime")) return Calendar(*zone);
-  return Calendar(TimeZone::utc());
+std::optional<std::filesystem::path> dataDirectory(const Request& request) {
+  if (request.dataDir) return std::filesystem::path(*request.dataDir);
+  return DataDirectory::standard();
+}
+
+void sleepUnlessStopped(double seconds, const StopSignals& signals) {
+  while (seconds > 0 && !signals.caught()) {
+    const double slice = std::min(seconds, sleepSliceSeconds);
+    std::this_thread::sleep_for(std::chrono::duration<double>(slice));
+    seconds -= slice;
+  }
+}
+
+// The day itself, with the store's troubles told in the transcript as they
+// happen. The exit status: 0, 1 after a failed write, 128 + the signal
+// that stopped the run.
+int runDay(Scenario scenario, Request request, SqliteDefaults& defaults, const StopSignals& signals,
+           std::ostream& out, std::ostream& err) {
+  request.options.stopRequested = [&signals] { return signals.caught() != 0; };
+  request.options.sleep = [&signals](double seconds) { sleepUnlessStopped(seconds, signals); };
+  Simulation* running = nullptr;
+  auto say = [&](const std::string& text) {
+    if (running) {
+      running->say(text);
+    } else {
+      writeLine(out, text);
+    }
+  };
+  defaults.onFailure = [&](const StoreFailure& failure) {
+    say("기록을 저장하지 못했어요: " + failure.describe());
+  };
+  defaults.onValueKeptAside = [&](const std::string& key) {
+    say("읽을 수 없는 값을 따로 보관했어요: " + key);
+  };
+  const Calendar calendar = localCalendar();
+  const Date day = Simulation::dayToSimulate(defaults, calendar, SystemClock().now());
+  const auto date = calendar.components(day);
+  writeLine(out, "소담자리 시뮬레이션: " + request.scenario +
+                     format(" · %d년 %d월 %d일 · 기록: ", date.year, date.month, date.day) +
+                     defaults.path().parent_path().string());
+  if (auto aside = defaults.keptAside()) {
+    say("기록 파일이 손상되어 따로 두고 새로 시작해요: " + aside->string());
+  }
+  SimulationSummary summary;
+  {
+    Simulation simulation(
+        std::move(scenario), defaults, calendar, day,
+        [&out](const std::string& line) { writeLine(out, line); }, request.options);
+    running = &simulation;
+    summary = simulation.run();
+    if (summary.stopped) {
+      simulation.say("시뮬레이션을 멈췄어요 (" + StopSignals::name(signals.caught()) + ")");
+    }
+    running = nullptr;
+  }
+  defaults.onFailure = nullptr;
+  defaults.onValueKeptAside = nullptr;
+  if (!summary.stopped) {
+    for (const auto& line : summary.lines())
+      writeLine(out, line);
+  }
+  int status = 0;
+  if (auto failure = defaults.firstFailure()) {
+    err << "sodamjari simulate: a write to the settings store failed: " << failure->describe()
+        << "\n";
+    if (auto unsaved = defaults.unsavedChanges()) {
+      err << "sodamjari simulate: " << unsaved << " changed settings or records were not saved\n";
+    }
+    status = 1;
+  }
+  return summary.stopped ? 128 + signals.caught() : status;
 }
 
 }  // namespace
@@ -129,6 +229,8 @@ const char* simulateUsage() {
 }
 
 int runSimulate(const std::vector<std::string>& args, std::ostream& out, std::ostream& err) {
+  // From here on a stopping signal ends the run at its next step.
+  const StopSignals signals;
   Request request;
   if (auto problem = readArguments(args, request)) {
     err << "sodamjari simulate: " << problem->message << "\n" << usage << "\n";
@@ -139,36 +241,21 @@ int runSimulate(const std::vector<std::string>& args, std::ostream& out, std::os
     err << "sodamjari simulate: " << problem->message << "\n";
     return 2;
   }
-  std::filesystem::path directory;
-  if (request.dataDir) {
-    directory = *request.dataDir;
-  } else if (auto found = FileDefaults::defaultDirectory()) {
-    directory = *found;
-  } else {
+  const auto directory = dataDirectory(request);
+  if (!directory) {
     err << "sodamjari simulate: no settings folder: set HOME or XDG_CONFIG_HOME, or give "
            "--data-dir\n";
     return 2;
   }
-  FileDefaults defaults(directory);
+  auto opened = SqliteDefaults::open(*directory);
+  if (auto* failure = std::get_if<StoreFailure>(&opened)) {
+    return complainAbout(*failure, "simulate", err);
+  }
+  auto& defaults = *std::get<std::unique_ptr<SqliteDefaults>>(opened);
   const LinuxProcessInspector process;
   request.options.process = &process;
-  request.options.sleep = [](double seconds) {
-    std::this_thread::sleep_for(std::chrono::duration<double>(seconds));
-  };
-  const Calendar calendar = localCalendar();
-  const Date day = Simulation::dayToSimulate(defaults, calendar, SystemClock().now());
-  const auto date = calendar.components(day);
-  out << "소담자리 시뮬레이션: " << request.scenario
-      << format(" · %d년 %d월 %d일 · 기록: ", date.year, date.month, date.day) << directory.string()
-      << "\n";
-  Simulation simulation(
-      std::get<Scenario>(std::move(loaded)), defaults, calendar, day,
-      [&out](const std::string& line) { out << line << "\n"; }, request.options);
-  const auto summary = simulation.run();
-  for (const auto& line : summary.lines())
-    out << line << "\n";
-  out.flush();
-  return 0;
+  return runDay(std::get<Scenario>(std::move(loaded)), std::move(request), defaults, signals, out,
+                err);
 }
 
 }  // namespace sodam

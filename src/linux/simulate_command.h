@@ -9,8 +9,10 @@ namespace sodam {
 // `sodamjari simulate [SCENARIO] [--mode interval|live] [--speed N | --realtime]
 //  [--data-dir DIR] [--sensitivity strict|normal|relaxed] [--style border|blur]`:
 // the whole product for a day in virtual time, settings and records in the
-// real file store. Bad input is told on `err` with exit status 2 before
-// anything is written.
+// real settings store. Bad input, and a data folder another run holds, are
+// told on `err` with exit status 2 before anything is written; a store that
+// cannot be opened, read or written ends the run with status 1, and a stop
+// by SIGINT, SIGTERM or SIGHUP with 128 + the signal.
 // The options, for --help.
 const char* simulateUsage();
 

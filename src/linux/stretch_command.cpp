@@ -5,10 +5,12 @@
 #include <optional>
 
 #include "coach/stretch_library.h"
-#include "linux/file_defaults.h"
 #include "linux/linux_process_inspector.h"
+#include "linux/record_store.h"
+#include "linux/sqlite_defaults.h"
 #include "sim/simulation.h"
 #include "support/text.h"
+#include "support/utf8.h"
 
 namespace sodam {
 
@@ -52,11 +54,11 @@ std::optional<std::string> read(const std::vector<std::string>& args, Request& r
         return "--follower is good, poor or absent";
       }
     } else if (arg.rfind("--", 0) == 0) {
-      return "unknown option " + arg;
+      return "unknown option " + utf8::printable(arg);
     } else if (const Stretch* stretch = StretchLibrary::find(arg)) {
       request.items.push_back(*stretch);
     } else {
-      return "unknown stretch \"" + arg + "\"; the library has" + knownIds();
+      return "unknown stretch \"" + utf8::printable(arg) + "\"; the library has" + knownIds();
     }
   }
   return std::nullopt;
@@ -66,11 +68,6 @@ StretchFollower::Habits habitsOf(const std::string& name) {
   if (name == "poor") return StretchFollower::poor();
   if (name == "absent") return StretchFollower::absentee();
   return StretchFollower::good();
-}
-
-Calendar localCalendar() {
-  if (auto zone = TimeZone::load("/etc/localtime")) return Calendar(*zone);
-  return Calendar(TimeZone::utc());
 }
 
 }  // namespace
@@ -88,14 +85,18 @@ int runStretch(const std::vector<std::string>& args, std::ostream& out, std::ost
   std::filesystem::path directory;
   if (request.dataDir) {
     directory = *request.dataDir;
-  } else if (auto found = FileDefaults::defaultDirectory()) {
+  } else if (auto found = DataDirectory::standard()) {
     directory = *found;
   } else {
     err << "sodamjari stretch: no settings folder: set HOME or XDG_CONFIG_HOME, or give "
            "--data-dir\n";
     return 2;
   }
-  FileDefaults defaults(directory);
+  auto opened = SqliteDefaults::open(directory);
+  if (auto* failure = std::get_if<StoreFailure>(&opened)) {
+    return complainAbout(*failure, "stretch", err);
+  }
+  SqliteDefaults& defaults = *std::get<std::unique_ptr<SqliteDefaults>>(opened);
   const LinuxProcessInspector process;
   Simulation::Options options;
   options.process = &process;
@@ -119,6 +120,11 @@ int runStretch(const std::vector<std::string>& args, std::ostream& out, std::ost
   for (const auto& line : summary)
     out << line << "\n";
   out.flush();
+  if (auto failure = defaults.firstFailure()) {
+    err << "sodamjari stretch: a write to the settings store failed: " << failure->describe()
+        << "\n";
+    return 1;
+  }
   return summary.empty() ? 1 : 0;
 }
 

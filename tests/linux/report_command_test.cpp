@@ -117,13 +117,13 @@ TEST_F(Commands, NoRecordsIsNotAnErrorButAStoreThatCantBeReadIs) {
   EXPECT_FALSE(fs::exists(data)) << "reading made the folder";
 
   fs::create_directories(data);
-  std::ofstream(data / "settings.json") << "{\"enabled\": tru";
+  std::ofstream(data / "settings.db") << "{\"enabled\": tru";
   EXPECT_EQ(run(runReport, {"--data-dir", data.string()}), 1);
   EXPECT_NE(err.str().find("기록 파일이 망가져 읽을 수 없어요"), std::string::npos) << err.str();
   EXPECT_TRUE(out.str().empty());
   // The damaged document was put aside whole, for the user to look at.
-  EXPECT_TRUE(fs::exists(data / "settings.json.damaged-1"));
-  std::ofstream(data / "settings.json") << "[]";
+  EXPECT_TRUE(fs::exists(data / "settings.db.damaged-1"));
+  std::ofstream(data / "settings.db") << "[]";
   EXPECT_EQ(run(runSettings, {"list", "--data-dir", data.string()}), 1);
 
   for (const auto& args : std::vector<std::vector<std::string>>{

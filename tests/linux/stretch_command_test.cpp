@@ -5,7 +5,7 @@
 #include <filesystem>
 #include <sstream>
 
-#include "linux/file_defaults.h"
+#include "linux/store_testing.h"
 #include "posture/posture_log.h"
 
 namespace sodam {
@@ -57,8 +57,9 @@ TEST_F(StretchCommand, RunsTheChosenStretchesAndRecordsTheRoutine) {
   EXPECT_TRUE(said("── 스트레칭 요약 ──"));
   EXPECT_TRUE(said("20초 먼 곳 보기 · 1/1회 · 정확도 100% · 20초"));
 
-  FileDefaults defaults(data);
-  const PostureLog log(defaults, SystemClock(), Calendar());
+  auto defaults = testing::openStore(data);
+  ASSERT_TRUE(defaults);
+  const PostureLog log(*defaults, SystemClock(), Calendar());
   ASSERT_EQ(log.stretches().size(), 1u);
   EXPECT_EQ(log.stretches().back().ids, (std::vector<std::string>{"chinTuck", "eyes"}));
   EXPECT_EQ(log.stretches().back().seconds, 50);
