@@ -62,7 +62,7 @@ void list(const SettingsPage& page, std::ostream& out) {
 std::string knownKeys(const SettingsPage& page) {
   std::string keys;
   for (const auto& row : page.rows())
-    keys += (keys.empty() ? "" : ", ") + std::string(row.key);
+    keys.append(keys.empty() ? "" : ", ").append(row.key);
   return keys;
 }
 

@@ -2,9 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cctype>
 #include <filesystem>
 #include <fstream>
-#include <regex>
 #include <sstream>
 
 #include "linux/report_text.h"
@@ -25,15 +25,25 @@ int count(const std::string& text, const std::string& part) {
 }
 
 // The elements that close themselves or never close, and the element
-// nesting every other tag makes, which must come out even.
+// nesting every other tag makes, which must come out even. A scanner, not
+// <regex>: GCC 12 warns falsely inside <regex> when optimising with
+// sanitizers (GCC bug 105616).
 bool tagsBalance(const std::string& html, std::string& trouble) {
-  static const std::regex tag(R"(<(/?)([a-zA-Z][a-zA-Z0-9]*)[^>]*?(/?)>)");
   static const std::set<std::string> voids = {"meta", "br", "img", "link", "input", "hr"};
   std::vector<std::string> open;
-  for (std::sregex_iterator it(html.begin(), html.end(), tag), end; it != end; ++it) {
-    const std::string name = (*it)[2];
-    if ((*it)[3] == "/" || voids.count(name)) continue;
-    if ((*it)[1] == "") {
+  for (auto at = html.find('<'); at != std::string::npos; at = html.find('<', at + 1)) {
+    const auto end = html.find('>', at);
+    if (end == std::string::npos) break;
+    std::string_view tag(html.data() + at + 1, end - at - 1);
+    const bool closing = tag.starts_with('/');
+    if (closing) tag.remove_prefix(1);
+    std::size_t length = 0;
+    while (length < tag.size() && std::isalnum(static_cast<unsigned char>(tag[length])))
+      ++length;
+    if (length == 0 || !std::isalpha(static_cast<unsigned char>(tag.front()))) continue;
+    const std::string name(tag.substr(0, length));
+    if (tag.ends_with('/') || voids.count(name)) continue;
+    if (!closing) {
       open.push_back(name);
     } else if (open.empty() || open.back() != name) {
       trouble = "</" + name + "> closes " + (open.empty() ? "nothing" : "<" + open.back() + ">");
@@ -44,6 +54,18 @@ bool tagsBalance(const std::string& html, std::string& trouble) {
   }
   if (!open.empty()) trouble = "<" + open.back() + "> never closes";
   return open.empty();
+}
+
+// An event handler attribute: white space, "on", small letters, "=".
+bool hasEventHandler(const std::string& html) {
+  for (auto at = html.find("on"); at != std::string::npos; at = html.find("on", at + 1)) {
+    if (at == 0 || !std::isspace(static_cast<unsigned char>(html[at - 1]))) continue;
+    auto end = at + 2;
+    while (end < html.size() && html[end] >= 'a' && html[end] <= 'z')
+      ++end;
+    if (end > at + 2 && end < html.size() && html[end] == '=') return true;
+  }
+  return false;
 }
 
 // The svg elements of the document, in order.
@@ -92,7 +114,7 @@ TEST_F(Commands, TheReportOfASimulatedWorkdayIsOneSelfContainedPage) {
                               "@import", "http:", "https:"}) {
     EXPECT_EQ(count(html, outside), 0) << outside;
   }
-  EXPECT_FALSE(std::regex_search(html, std::regex(R"(\son[a-z]+=)")));
+  EXPECT_FALSE(hasEventHandler(html));
 
   const auto svgs = charts(html);
   ASSERT_EQ(svgs.size(), 4u);
