@@ -11,6 +11,7 @@
 #include "support/manual_scheduler.h"
 #include "support/numeric.h"
 #include "support/text.h"
+#include "support/utf8.h"
 
 namespace sodam {
 
@@ -42,9 +43,8 @@ void printPage(const Dorani& dorani, const Dorani::Watch& watch, std::ostream& o
 std::optional<std::string> readArguments(const std::vector<std::string>& args,
                                          std::optional<std::string>& dataDir) {
   for (std::size_t i = 0; i < args.size(); ++i) {
-    if (args[i] != "--data-dir") return "unknown option " + args[i];
-    if (i + 1 >= args.size()) return std::string("--data-dir needs a value");
-    dataDir = args[++i];
+    if (args[i] != "--data-dir") return "unknown option " + utf8::printable(args[i]);
+    if (auto problem = takeDataDir(args, i, dataDir)) return problem;
   }
   return std::nullopt;
 }

@@ -6,6 +6,7 @@
 #include "linux/record_store.h"
 #include "platform/defaults.h"
 #include "support/text.h"
+#include "support/utf8.h"
 
 namespace sodam {
 
@@ -16,9 +17,8 @@ const char* usage = "usage: sodamjari focus [--data-dir DIR]";
 std::optional<std::string> readArguments(const std::vector<std::string>& args,
                                          std::optional<std::string>& dataDir) {
   for (std::size_t i = 0; i < args.size(); ++i) {
-    if (args[i] != "--data-dir") return "unknown argument " + args[i];
-    if (i + 1 >= args.size()) return "--data-dir needs a value";
-    dataDir = args[++i];
+    if (args[i] != "--data-dir") return "unknown option " + utf8::printable(args[i]);
+    if (auto problem = takeDataDir(args, i, dataDir)) return problem;
   }
   return std::nullopt;
 }

@@ -1,7 +1,5 @@
 #include "linux/record_store.h"
 
-#include <cerrno>
-#include <cstring>
 #include <ostream>
 
 namespace sodam {
@@ -15,14 +13,36 @@ RecordStore RecordStore::open(const std::optional<std::string>& dataDir, bool cr
 }
 
 int RecordStore::complain(const std::string& command, std::ostream& err) const {
-  if (state == State::nowhere) {
-    err << "sodamjari " << command
-        << ": no records folder: set HOME or XDG_CONFIG_HOME, or give --data-dir\n";
-    return 2;
+  const std::string prefix = "sodamjari " + command + ": ";
+  switch (state) {
+    case State::nowhere:
+      err << prefix << "no records folder: set HOME or XDG_CONFIG_HOME, or give --data-dir\n";
+      return 2;
+    case State::busy:
+      err << prefix << problem << "\n"
+          << prefix << "another sodamjari is using " << failure->path.string() << "\n";
+      return 2;
+    case State::unreadable:
+      err << prefix << problem << "\n"
+          << prefix << "cannot use the settings store: " << failure->describe() << "\n";
+      return 1;
+    case State::ready:
+    case State::empty:
+      break;
   }
-  if (state != State::unreadable && state != State::busy) return 0;
-  err << "sodamjari " << command << ": " << problem << "\n";
-  return state == State::busy ? 2 : 1;
+  if (movedAside) {
+    err << prefix << "기록 파일이 손상되어 따로 두고 새로 시작해요: " << movedAside->string()
+        << "\n";
+  }
+  return 0;
+}
+
+std::optional<std::string> takeDataDir(const std::vector<std::string>& args, std::size_t& i,
+                                       std::optional<std::string>& dataDir) {
+  if (i + 1 >= args.size()) return args[i] + " needs a value";
+  if (args[i + 1].empty()) return args[i] + " needs a folder, not an empty name";
+  dataDir = args[++i];
+  return std::nullopt;
 }
 
 RecordStore RecordStore::open(const std::filesystem::path& directory, bool create) {
@@ -32,7 +52,8 @@ RecordStore RecordStore::open(const std::filesystem::path& directory, bool creat
   const bool exists = std::filesystem::exists(database, error);
   if (error) {
     store.state = State::unreadable;
-    store.problem = "기록을 읽을 수 없어요: " + database.string() + " (" + error.message() + ")";
+    store.failure = StoreFailure{StoreFailure::Kind::unusable, database, error.message()};
+    store.problem = "기록을 읽을 수 없어요: " + store.failure->describe();
     return store;
   }
   if (!exists && !create) return store;
@@ -40,21 +61,24 @@ RecordStore RecordStore::open(const std::filesystem::path& directory, bool creat
   if (auto* failure = std::get_if<StoreFailure>(&opened)) {
     const bool busy = failure->kind == StoreFailure::Kind::busy;
     store.state = busy ? State::busy : State::unreadable;
+    store.failure = *failure;
     store.problem = busy ? "이미 다른 소담자리가 이 기록을 쓰고 있어요: " + directory.string()
-                         : "기록을 읽을 수 없어요: " + failure->describe();
+                         : "기록을 열 수 없어요: " + failure->describe();
     return store;
   }
   store.defaults = std::move(std::get<std::unique_ptr<SqliteDefaults>>(opened));
+  store.state = State::ready;
+  store.movedAside = store.defaults->keptAside();
   // A damaged database was moved aside and a new one begun: what was in it
   // can't be shown, and the user should know where it went.
-  if (auto aside = store.defaults->keptAside()) {
+  if (store.movedAside && !create) {
     store.state = State::unreadable;
+    store.failure = StoreFailure{StoreFailure::Kind::unusable, database,
+                                 "damaged, moved to " + store.movedAside->string()};
     store.problem = "기록 파일이 망가져 읽을 수 없어요: " + database.string() +
-                    " · 망가진 파일은 " + aside->string() + "에 옮겨 두었어요";
+                    " · 망가진 파일은 " + store.movedAside->string() + "에 옮겨 두었어요";
     store.defaults.reset();
-    return store;
   }
-  store.state = State::ready;
   return store;
 }
 
@@ -65,18 +89,6 @@ std::optional<Date> newestRecord(const PostureLog& log, const std::vector<WorkDa
     if (auto last = days.back().last(); last && (!newest || *newest < *last)) newest = last;
   }
   return newest;
-}
-
-int complainAbout(const StoreFailure& failure, const std::string& command, std::ostream& err) {
-  const std::string prefix = "sodamjari " + command + ": ";
-  if (failure.kind == StoreFailure::Kind::busy) {
-    const std::string dir = failure.path.string();
-    err << prefix << "이미 다른 소담자리가 이 기록을 쓰고 있어요: " << dir << "\n"
-        << prefix << "another sodamjari is using " << dir << "\n";
-    return 2;
-  }
-  err << prefix << "cannot use the settings store: " << failure.describe() << "\n";
-  return 1;
 }
 
 Calendar localCalendar() {

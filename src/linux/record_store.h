@@ -14,8 +14,8 @@
 
 namespace sodam {
 
-// The settings and records folder as the commands that read it open it:
-// `report` and `settings`.
+// The settings and records folder as every command opens it: one store,
+// held locked while the command runs.
 struct RecordStore {
   enum class State {
     ready,       // `defaults` holds the store
@@ -28,22 +28,28 @@ struct RecordStore {
   State state = State::empty;
   std::unique_ptr<SqliteDefaults> defaults;
   std::string problem;
+  // What went wrong, in the terms of the English line beside `problem`.
+  std::optional<StoreFailure> failure;
+  // Where a damaged database went when a command that writes began anew.
+  std::optional<std::filesystem::path> movedAside;
 
   // Opens the store of the folder given with --data-dir, else of the
   // default folder. A folder without one is left untouched and reads as
-  // empty, unless `create` asks for a store to write into.
+  // empty, unless `create` asks for a store to write into. Only a command
+  // that writes goes on past a damaged database, in a new one.
   static RecordStore open(const std::optional<std::string>& dataDir, bool create);
   static RecordStore open(const std::filesystem::path& directory, bool create);
 
   // Tells `err` why the store can't be used and gives the exit status: 2
   // without a folder or when another run holds it, 1 for a store that can't
-  // be read, 0 when it can.
+  // be read, 0 when it can (after saying where a damaged database went).
   int complain(const std::string& command, std::ostream& err) const;
 };
 
-// Tells `err` why a command that writes can't open its store, and gives the
-// exit status: 2 when another run holds the folder, else 1.
-int complainAbout(const StoreFailure& failure, const std::string& command, std::ostream& err);
+// Takes the folder named after "--data-dir" at args[i], stepping past it;
+// the problem with it, if any.
+std::optional<std::string> takeDataDir(const std::vector<std::string>& args, std::size_t& i,
+                                       std::optional<std::string>& dataDir);
 
 // The calendar of the machine's time zone, UTC when it can't be read.
 Calendar localCalendar();

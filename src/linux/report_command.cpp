@@ -7,6 +7,7 @@
 #include "linux/record_store.h"
 #include "linux/report_html.h"
 #include "linux/report_text.h"
+#include "support/utf8.h"
 #include "worklife/work_life.h"
 
 namespace sodam {
@@ -31,16 +32,18 @@ std::optional<std::string> readArguments(const std::vector<std::string>& args, R
   bool spanGiven = false;
   for (std::size_t i = 0; i < args.size(); ++i) {
     const std::string& arg = args[i];
-    if (arg == "--data-dir" || arg == "--html") {
+    if (arg == "--data-dir") {
+      if (auto problem = takeDataDir(args, i, request.dataDir)) return problem;
+    } else if (arg == "--html") {
       if (i + 1 >= args.size()) return arg + " needs a value";
-      (arg == "--html" ? request.html : request.dataDir) = args[++i];
+      request.html = args[++i];
     } else if ((arg == "today" || arg == "week") && !spanGiven) {
       request.span = arg == "week" ? ReportPage::Span::week : ReportPage::Span::today;
       spanGiven = true;
     } else if (arg.rfind("--", 0) == 0) {
-      return "unknown option " + arg;
+      return "unknown option " + utf8::printable(arg);
     } else {
-      return "the report is today or week, not \"" + arg + "\"";
+      return "the report is today or week, not \"" + utf8::printable(arg) + "\"";
     }
   }
   return std::nullopt;

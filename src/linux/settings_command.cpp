@@ -24,10 +24,9 @@ struct Request {
 std::optional<std::string> readArguments(const std::vector<std::string>& args, Request& request) {
   for (std::size_t i = 0; i < args.size(); ++i) {
     if (args[i] == "--data-dir") {
-      if (i + 1 >= args.size()) return "--data-dir needs a value";
-      request.dataDir = args[++i];
+      if (auto problem = takeDataDir(args, i, request.dataDir)) return problem;
     } else if (args[i].rfind("--", 0) == 0) {
-      return "unknown option " + args[i];
+      return "unknown option " + utf8::printable(args[i]);
     } else {
       request.words.push_back(args[i]);
     }
@@ -75,8 +74,8 @@ int perform(const Request& request, SettingsPage& page, std::ostream& out, std::
   const std::string& key = request.words[1];
   const auto row = page.row(key);
   if (!row) {
-    err << "sodamjari settings: unknown setting \"" << key << "\"; the settings are "
-        << knownKeys(page) << "\n";
+    err << "sodamjari settings: unknown setting \"" << utf8::printable(key)
+        << "\"; the settings are " << knownKeys(page) << "\n";
     return 2;
   }
   if (verb == "get") {
@@ -86,8 +85,8 @@ int perform(const Request& request, SettingsPage& page, std::ostream& out, std::
   const std::string& text = request.words[2];
   const auto value = row->parse(text);
   if (!value || !page.set(key, *value)) {
-    err << "sodamjari settings: " << key << " takes " << row->allowedText() << ", not \"" << text
-        << "\"\n";
+    err << "sodamjari settings: " << key << " takes " << row->allowedText() << ", not \""
+        << utf8::printable(text) << "\"\n";
     return 2;
   }
   const auto changed = page.row(key);

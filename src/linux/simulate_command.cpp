@@ -56,8 +56,7 @@ void writeLine(std::ostream& out, const std::string& line) {
 }
 
 bool takesValue(std::string_view name) {
-  return name == "--mode" || name == "--speed" || name == "--data-dir" || name == "--sensitivity" ||
-         name == "--style";
+  return name == "--mode" || name == "--speed" || name == "--sensitivity" || name == "--style";
 }
 
 std::optional<double> speedOf(const std::string& text) {
@@ -79,9 +78,6 @@ std::optional<Problem> readValue(std::string_view name, const std::string& value
       return Problem{format("--speed takes simulated seconds per real second, from %g to %.0f",
                             slowest, fastest)};
     }
-  } else if (name == "--data-dir") {
-    if (value.empty()) return Problem{"--data-dir needs a folder, not an empty name"};
-    request.dataDir = value;
   } else if (name == "--sensitivity") {
     if (value == "strict")
       request.options.sensitivity = Sensitivity::strict;
@@ -103,6 +99,10 @@ std::optional<Problem> readOption(const std::vector<std::string>& args, std::siz
   const std::string& name = args[i];
   if (name == "--realtime") {
     request.options.speed = 1;
+    return std::nullopt;
+  }
+  if (name == "--data-dir") {
+    if (auto problem = takeDataDir(args, i, request.dataDir)) return Problem{*problem};
     return std::nullopt;
   }
   if (!takesValue(name)) return Problem{"unknown option " + shown(name)};
@@ -149,11 +149,6 @@ std::variant<Scenario, Problem> loadScenario(const std::string& name) {
   return *parsed.scenario;
 }
 
-std::optional<std::filesystem::path> dataDirectory(const Request& request) {
-  if (request.dataDir) return std::filesystem::path(*request.dataDir);
-  return DataDirectory::standard();
-}
-
 void sleepUnlessStopped(double seconds, const StopSignals& signals) {
   while (seconds > 0 && !signals.caught()) {
     const double slice = std::min(seconds, sleepSliceSeconds);
@@ -189,9 +184,6 @@ int runDay(Scenario scenario, Request request, SqliteDefaults& defaults, const S
   writeLine(out, "소담자리 시뮬레이션: " + request.scenario +
                      format(" · %d년 %d월 %d일 · 기록: ", date.year, date.month, date.day) +
                      defaults.path().parent_path().string());
-  if (auto aside = defaults.keptAside()) {
-    say("기록 파일이 손상되어 따로 두고 새로 시작해요: " + aside->string());
-  }
   SimulationSummary summary;
   {
     Simulation simulation(
@@ -241,17 +233,9 @@ int runSimulate(const std::vector<std::string>& args, std::ostream& out, std::os
     err << "sodamjari simulate: " << problem->message << "\n";
     return 2;
   }
-  const auto directory = dataDirectory(request);
-  if (!directory) {
-    err << "sodamjari simulate: no settings folder: set HOME or XDG_CONFIG_HOME, or give "
-           "--data-dir\n";
-    return 2;
-  }
-  auto opened = SqliteDefaults::open(*directory);
-  if (auto* failure = std::get_if<StoreFailure>(&opened)) {
-    return complainAbout(*failure, "simulate", err);
-  }
-  auto& defaults = *std::get<std::unique_ptr<SqliteDefaults>>(opened);
+  const RecordStore store = RecordStore::open(request.dataDir, true);
+  if (const int status = store.complain("simulate", err)) return status;
+  SqliteDefaults& defaults = *store.defaults;
   const LinuxProcessInspector process;
   request.options.process = &process;
   return runDay(std::get<Scenario>(std::move(loaded)), std::move(request), defaults, signals, out,

@@ -43,12 +43,12 @@ std::string knownIds() {
 std::optional<std::string> read(const std::vector<std::string>& args, Request& request) {
   for (std::size_t i = 0; i < args.size(); ++i) {
     const std::string& arg = args[i];
-    if (arg == "--follower" || arg == "--data-dir") {
+    if (arg == "--data-dir") {
+      if (auto problem = takeDataDir(args, i, request.dataDir)) return problem;
+    } else if (arg == "--follower") {
       if (i + 1 >= args.size()) return arg + " needs a value";
       const std::string& value = args[++i];
-      if (arg == "--data-dir") {
-        request.dataDir = value;
-      } else if (value == "good" || value == "poor" || value == "absent") {
+      if (value == "good" || value == "poor" || value == "absent") {
         request.follower = value;
       } else {
         return "--follower is good, poor or absent";
@@ -82,21 +82,9 @@ int runStretch(const std::vector<std::string>& args, std::ostream& out, std::ost
     err << "sodamjari stretch: " << *problem << "\n" << usage << "\n";
     return 2;
   }
-  std::filesystem::path directory;
-  if (request.dataDir) {
-    directory = *request.dataDir;
-  } else if (auto found = DataDirectory::standard()) {
-    directory = *found;
-  } else {
-    err << "sodamjari stretch: no settings folder: set HOME or XDG_CONFIG_HOME, or give "
-           "--data-dir\n";
-    return 2;
-  }
-  auto opened = SqliteDefaults::open(directory);
-  if (auto* failure = std::get_if<StoreFailure>(&opened)) {
-    return complainAbout(*failure, "stretch", err);
-  }
-  SqliteDefaults& defaults = *std::get<std::unique_ptr<SqliteDefaults>>(opened);
+  const RecordStore store = RecordStore::open(request.dataDir, true);
+  if (const int status = store.complain("stretch", err)) return status;
+  SqliteDefaults& defaults = *store.defaults;
   const LinuxProcessInspector process;
   Simulation::Options options;
   options.process = &process;
@@ -110,7 +98,7 @@ int runStretch(const std::vector<std::string>& args, std::ostream& out, std::ost
       what += (what.empty() ? "" : ", ") + s.name;
   }
   out << "소담자리 스트레칭: " << what << " · 따라 하는 사람: " << request.follower
-      << " · 기록: " << directory.string() << "\n";
+      << " · 기록: " << defaults.path().parent_path().string() << "\n";
   Simulation simulation(
       *Scenario::parse(desk, "stretch").scenario, defaults, calendar, day,
       [&out](const std::string& line) { out << line << "\n"; }, options);

@@ -14,9 +14,14 @@
 #include <sstream>
 
 #include "linux/child_process.h"
+#include "linux/companion_command.h"
+#include "linux/focus_command.h"
+#include "linux/report_command.h"
+#include "linux/settings_command.h"
 #include "linux/simulate_command.h"
 #include "linux/sqlite_defaults.h"
 #include "linux/store_testing.h"
+#include "linux/stretch_command.h"
 #include "linux/temp_dir.h"
 
 namespace sodam {
@@ -146,13 +151,13 @@ TEST_F(StoreFaults, ADamagedDatabaseIsKeptAsideAndTheRunSaysWhereOnce) {
   std::ostringstream out, err;
   EXPECT_EQ(runSimulate(args, out, err), 0) << err.str();
   const fs::path aside = data / "settings.db.damaged-1";
-  EXPECT_NE(out.str().find("기록 파일이 손상되어 따로 두고 새로 시작해요: " + aside.string()),
+  EXPECT_NE(err.str().find("기록 파일이 손상되어 따로 두고 새로 시작해요: " + aside.string()),
             std::string::npos)
-      << out.str();
+      << err.str();
   EXPECT_EQ(readFile(aside), "not a database");
-  out.str("");
+  err.str("");
   EXPECT_EQ(runSimulate(args, out, err), 0) << err.str();
-  EXPECT_EQ(out.str().find("손상"), std::string::npos) << "told once";
+  EXPECT_EQ(err.str(), "") << "told once";
 }
 
 TEST_F(StoreFaults, ADamagedValueIsCopiedAsideBeforeTheRunWritesOverIt) {
@@ -172,18 +177,48 @@ TEST_F(StoreFaults, ADamagedValueIsCopiedAsideBeforeTheRunWritesOverIt) {
             "1");
 }
 
-TEST_F(StoreFaults, ASecondRunOnTheSameFolderIsRefused) {
+// Every command that opens the folder, with the arguments that make it read
+// or write the store there.
+struct Command {
+  const char* name;
+  int (*run)(const std::vector<std::string>&, std::ostream&, std::ostream&);
+  std::vector<std::string> words;
+};
+
+std::vector<Command> everyCommand(const std::string& hour) {
+  return {{"simulate", runSimulate, {hour}}, {"stretch", runStretch, {"chinTuck"}},
+          {"report", runReport, {"today"}},  {"settings", runSettings, {"set", "sound", "off"}},
+          {"companion", runCompanion, {}},   {"focus", runFocus, {}}};
+}
+
+TEST_F(StoreFaults, EveryCommandRefusesAFolderThatAnotherRunHolds) {
   makeStore();
   auto holder = openStore(data);
-  const std::string before = sqliteRows(db, "SELECT count(*) FROM setting").front();
-  std::ostringstream out, err;
-  EXPECT_EQ(runSimulate(args, out, err), 2);
-  EXPECT_NE(err.str().find("이미 다른 소담자리가 이 기록을 쓰고 있어요: " + data.string()),
-            std::string::npos)
-      << err.str();
-  EXPECT_NE(err.str().find("another sodamjari is using " + data.string()), std::string::npos);
-  EXPECT_TRUE(out.str().empty());
-  EXPECT_EQ(sqliteRows(db, "SELECT count(*) FROM setting").front(), before);
+  const std::string rows = "SELECT key, type, hex(value) FROM setting ORDER BY key";
+  const auto before = sqliteRows(db, rows);
+  for (const auto& command : everyCommand(hour)) {
+    auto words = command.words;
+    words.insert(words.end(), {"--data-dir", data.string()});
+    std::ostringstream out, err;
+    EXPECT_EQ(command.run(words, out, err), 2) << command.name << "\n" << err.str();
+    const std::string prefix = std::string("sodamjari ") + command.name + ": ";
+    EXPECT_EQ(err.str(), prefix + "이미 다른 소담자리가 이 기록을 쓰고 있어요: " + data.string() +
+                             "\n" + prefix + "another sodamjari is using " + data.string() + "\n");
+    EXPECT_EQ(out.str(), "") << command.name;
+  }
+  EXPECT_EQ(sqliteRows(db, rows), before);
+}
+
+TEST_F(StoreFaults, EveryCommandRefusesAnEmptyFolderName) {
+  for (const auto& command : everyCommand(hour)) {
+    auto words = command.words;
+    words.insert(words.end(), {"--data-dir", ""});
+    std::ostringstream out, err;
+    EXPECT_EQ(command.run(words, out, err), 2) << command.name;
+    EXPECT_NE(err.str().find("--data-dir needs a folder, not an empty name"), std::string::npos)
+        << command.name << "\n"
+        << err.str();
+  }
 }
 
 // Raises a signal once the output holds a text, and notes whether every
