@@ -30,7 +30,6 @@ constexpr double slowTurnSeconds = 10;
 // The head's sideways shift over a trunk of this length is its side bend.
 constexpr double trunkCm = 65;
 constexpr double swayShareLimit = 0.7;
-constexpr std::size_t swayValuesNeeded = 5;
 constexpr double shownReachStep = 0.03;
 
 constexpr double farLookDegrees = 25;
