@@ -46,7 +46,7 @@ std::string joined(const std::vector<std::string>& parts, const std::string& glu
 // The records of the folder as the pages read them. The log holds on to the
 // clock and the calendar, so the whole stays where it was made.
 struct Records {
-  std::unique_ptr<FileDefaults> defaults;
+  std::unique_ptr<SqliteDefaults> defaults;
   Calendar calendar = localCalendar();
   ManualClock clock{SystemClock().now()};
   std::unique_ptr<PostureLog> log;
@@ -83,12 +83,14 @@ std::optional<std::string> takeOptions(const std::vector<std::string>& args,
                                        std::map<std::string, std::optional<std::string>>& options,
                                        std::vector<std::string>& rest) {
   for (std::size_t i = 0; i < args.size(); ++i) {
-    if (options.count(args[i])) {
+    if (args[i] == "--data-dir") {
+      if (auto problem = takeDataDir(args, i, options[args[i]])) return problem;
+    } else if (options.count(args[i])) {
       if (i + 1 >= args.size()) return args[i] + " needs a value";
       options[args[i]] = args[i + 1];
       ++i;
     } else if (args[i].rfind("--", 0) == 0) {
-      return "unknown option " + args[i];
+      return "unknown option " + utf8::printable(args[i]);
     } else {
       rest.push_back(args[i]);
     }

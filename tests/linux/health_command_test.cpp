@@ -8,7 +8,7 @@
 #include <unistd.h>
 
 #include "linux/command_model.h"
-#include "linux/file_defaults.h"
+#include "linux/store_testing.h"
 #include "posture/posture_log.h"
 
 namespace sodam {
@@ -28,9 +28,9 @@ struct HealthCommand : ::testing::Test {
   // Checks of a bowed, right-tilted head, written as a simulation would:
   // a day ahead of the clock.
   void record(int count) {
-    FileDefaults defaults(data);
+    auto defaults = testing::openStore(data);
     ManualClock clock(SystemClock().now() + 86400);
-    PostureLog log(defaults, clock, Calendar());
+    PostureLog log(*defaults, clock, Calendar());
     Metrics m;
     m.flexion = 12;
     m.headTilt = 3;

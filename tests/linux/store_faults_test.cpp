@@ -16,6 +16,7 @@
 #include "linux/child_process.h"
 #include "linux/companion_command.h"
 #include "linux/focus_command.h"
+#include "linux/health_command.h"
 #include "linux/report_command.h"
 #include "linux/settings_command.h"
 #include "linux/simulate_command.h"
