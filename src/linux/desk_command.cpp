@@ -45,8 +45,9 @@ std::optional<DeskKind> kindNamed(const std::string& word) {
 
 std::string fieldKeys(DeskKind kind) {
   std::string keys;
+  // Appended piece by piece: " " + string trips GCC 12's -Wrestrict at -O2 (GCC bug 105329).
   for (const DeskField* field : deskFieldsOf(kind))
-    keys += " " + std::string(field->key);
+    keys.append(" ").append(field->key);
   if (kind.usesMonitor()) keys += " shape";
   if (kind.chair()) keys += " feet";
   return keys;
@@ -56,8 +57,13 @@ std::optional<std::string> setNumber(DeskSetup& setup, const std::string& key,
                                      const std::string& text) {
   const DeskField* field = findDeskField(key);
   if (!field || !field->applies(setup.kind)) {
-    return "\"" + key + "\" is no field of " + std::string(setup.kind.raw()) + "; it has" +
-           fieldKeys(setup.kind);
+    std::string problem = "\"";
+    problem.append(utf8::printable(key))
+        .append("\" is no field of ")
+        .append(setup.kind.raw())
+        .append("; it has")
+        .append(fieldKeys(setup.kind));
+    return problem;
   }
   const auto value = number(text);
   if (!value || *value < field->low || *value > field->high) {
