@@ -4,7 +4,8 @@
 #include <optional>
 
 #include "linux/cloud_session.h"
-#include "linux/file_defaults.h"
+#include "linux/data_directory.h"
+#include "linux/record_store.h"
 #include "support/text.h"
 
 namespace sodam {
@@ -27,8 +28,7 @@ std::optional<GroupArguments> readArguments(const std::vector<std::string>& args
       read.words.push_back(args[i]);
       continue;
     }
-    if (i + 1 >= args.size()) return std::nullopt;
-    read.dataDir = args[++i];
+    if (takeDataDir(args, i, read.dataDir)) return std::nullopt;
   }
   if (read.words.empty()) return std::nullopt;
   return read;
@@ -63,7 +63,7 @@ int runGroup(const std::vector<std::string>& args, std::ostream& out, std::ostre
   const auto read = readArguments(args);
   const auto directory = read && read->dataDir
                              ? std::optional<std::filesystem::path>(*read->dataDir)
-                             : FileDefaults::defaultDirectory();
+                             : DataDirectory::standard();
   if (!read || !directory) {
     err << usage << "\n";
     return 2;
