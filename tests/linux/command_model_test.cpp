@@ -25,7 +25,7 @@ TEST(CommandLanguageModel, ANonZeroExitAnEmptyReplyOrAMissingProgramFail) {
 }
 
 TEST(CommandLanguageModel, TheReplyReachesTheMainThreadOnlyThroughThePost) {
-  ManualClock clock(Date(0));
+  ManualClock clock(Date{0});
   ManualScheduler scheduler(clock);
   CommandLanguageModel model("tail -n 1", scheduler);
   ASSERT_TRUE(model.available());
@@ -45,7 +45,7 @@ TEST(CommandLanguageModel, TheReplyReachesTheMainThreadOnlyThroughThePost) {
 }
 
 TEST(CommandLanguageModel, OnlyACommandInTheEnvironmentMakesAModel) {
-  ManualClock clock(Date(0));
+  ManualClock clock(Date{0});
   ManualScheduler scheduler(clock);
   ::unsetenv(CommandLanguageModel::variable);
   EXPECT_EQ(CommandLanguageModel::fromEnvironment(scheduler), nullptr);
