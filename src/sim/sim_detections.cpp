@@ -56,8 +56,13 @@ void pupilRegion(Point eye, double halfWidth, double aperture, Point pupil,
 // The columns whose centres lie in [x0, x1] of the image.
 void fillSpan(Detections::PersonMask& mask, int row, double x0, double x1, double frameWidth) {
   const double scale = mask.width / frameWidth;
-  const int first = std::max(0, static_cast<int>(std::ceil(x0 * scale - 0.5)));
-  const int last = std::min(mask.width - 1, static_cast<int>(std::floor(x1 * scale - 0.5)));
+  // Clamped before the cast: a limb far outside the frame gives columns no
+  // int can hold.
+  const double firstColumn = std::ceil(x0 * scale - 0.5);
+  const double lastColumn = std::floor(x1 * scale - 0.5);
+  if (!(firstColumn <= lastColumn)) return;
+  const int first = static_cast<int>(std::clamp(firstColumn, 0.0, double(mask.width)));
+  const int last = static_cast<int>(std::clamp(lastColumn, -1.0, double(mask.width - 1)));
   if (first > last) return;
   auto* rowStart = mask.bytes.data() + static_cast<std::size_t>(row) * mask.width;
   std::fill(rowStart + first, rowStart + last + 1, std::uint8_t{0xFF});

@@ -193,9 +193,10 @@ TEST(WatchEngineLife, ACalibrationWithoutAFaceLeavesThePostureUnjudged) {
 }
 
 TEST(WatchEngineLife, TheCameraComesOnLightWithTheHoldFirstAndGoesBackToRest) {
+  // Outlives the harness, whose engine gives its hold back when destroyed.
+  bool feedRunningAtHold = true;
   WatchHarness h;
   h.machine.power.battery = true;
-  bool feedRunningAtHold = true;
   h.monitor.onHolds = [&](const std::set<std::string>&) { feedRunningAtHold = h.feed.running(); };
   h.engine.beginSetup();
   EXPECT_EQ(h.engine.phase(), WatchEngine::Phase::setup);
