@@ -7,6 +7,7 @@
 #include <locale>
 #include <sstream>
 
+#include "support/numeric.h"
 #include "support/text.h"
 
 namespace sodam {
@@ -103,20 +104,6 @@ const FieldRule* findField(std::string_view name) {
     if (rule.name == name) return &rule;
   }
   return nullptr;
-}
-
-// Not std::from_chars: the standard library of Apple's toolchain has no
-// floating-point one. The classic locale keeps the decimal point a point.
-std::optional<double> parseNumber(std::string_view text) {
-  if (text.empty() || text.front() == '+' || std::isspace(static_cast<unsigned char>(text.front())))
-    return std::nullopt;
-  std::istringstream in{std::string(text)};
-  in.imbue(std::locale::classic());
-  double value = 0;
-  in >> value;
-  if (in.fail() || in.peek() != std::char_traits<char>::eof() || !std::isfinite(value))
-    return std::nullopt;
-  return value;
 }
 
 std::optional<double> parseFlag(Field field, std::string_view text) {
@@ -303,7 +290,7 @@ class Reader {
       }
       return ScenarioChange{rule.field, *flag};
     }
-    auto number = parseNumber(text);
+    auto number = parseDecimal(text);
     if (!number || *number < rule.low || *number > rule.high) {
       fail(line, format("field \"%s\" must be a number from %g to %g", name.c_str(), rule.low,
                         rule.high));
