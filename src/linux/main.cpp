@@ -9,6 +9,7 @@
 #include "linux/focus_command.h"
 #include "linux/group_command.h"
 #include "linux/health_command.h"
+#include "linux/linux_camera_sources.h"
 #include "linux/report_command.h"
 #include "linux/settings_command.h"
 #include "linux/simulate_command.h"
@@ -36,10 +37,7 @@ void printUsage(std::ostream& out) {
 int main(int argc, char** argv) {
   const std::vector<std::string> args(argv + 1, argv + argc);
   for (const auto& arg : args) {
-    if (arg == logHelperFlag) {
-      std::cerr << "sodamjari: the camera log helper is not built yet\n";
-      return 2;
-    }
+    if (arg == logHelperFlag) return sodam::runLinuxLogHelper();
   }
   if (args.empty() || args.front() == "--help" || args.front() == "-h") {
     printUsage(args.empty() ? std::cerr : std::cout);
