@@ -1,11 +1,7 @@
 #include "sim/scenario.h"
 
 #include <array>
-#include <cctype>
 #include <charconv>
-#include <cmath>
-#include <locale>
-#include <sstream>
 
 #include "support/numeric.h"
 #include "support/text.h"
@@ -16,7 +12,7 @@ namespace {
 
 using Field = ScenarioChange::Field;
 
-enum class Kind { flag, number, word, choice };
+enum class Kind { flag, number, word, choice, name };
 
 struct FieldRule {
   std::string_view name;
@@ -57,6 +53,7 @@ constexpr std::array fieldRules{
     FieldRule{"habit", Field::habit, Kind::choice},
     FieldRule{"hands", Field::hands, Kind::choice},
     FieldRule{"doze", Field::doze, Kind::flag},
+    FieldRule{"camera", Field::camera, Kind::name},
 };
 
 // The names a choice field takes; a name's value is its position.
@@ -280,6 +277,13 @@ class Reader {
         return std::nullopt;
       }
       return ScenarioChange{rule.field, *choice};
+    }
+    if (rule.kind == Kind::name) {
+      if (text.empty()) {
+        fail(line, format("field \"%s\" is a program's name or path, or off", name.c_str()));
+        return std::nullopt;
+      }
+      return ScenarioChange{rule.field, 0, text == "off" ? std::string() : std::string(text)};
     }
     if (rule.kind == Kind::flag) {
       auto flag = parseFlag(rule.field, text);

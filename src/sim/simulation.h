@@ -68,6 +68,8 @@ struct SimulationSummary {
   };
   std::vector<DayRow> days;
   std::vector<std::string> insights;
+  // The camera watch's record of the run, oldest first, one line each.
+  std::vector<std::string> cameraUses;
 
   double cameraShare() const { return simulatedSeconds > 0 ? cameraSeconds / simulatedSeconds : 0; }
   std::vector<std::string> lines() const;
@@ -95,6 +97,8 @@ class Simulation {
     const ProcessInspector* process = nullptr;
     // How the sitter follows a stretch routine.
     StretchFollower::Habits follower = StretchFollower::good();
+    // The real privacy lock to engage; none engages nothing.
+    Confinement* confinement = nullptr;
   };
 
   // The sitter's reaction time to an alert pill.
@@ -118,6 +122,7 @@ class Simulation {
   // summary; empty when it never finished.
   std::vector<std::string> runStretch(std::optional<std::vector<Stretch>> items);
   AppDelegate& app() { return *app_; }
+  const Lockdown& lock() const { return *lock_; }
   const Clock& clock() const { return clock_; }
 
  private:
@@ -158,6 +163,7 @@ class Simulation {
   NoConfinement confinement_;
   QuietProcess quietProcess_;
   std::unique_ptr<Lockdown> lock_;
+  std::unique_ptr<LogLink> link_;
   std::unique_ptr<AppDelegate> app_;
 
   std::optional<Date> inputPauseSince_;
