@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "linux/camera_command.h"
 #include "linux/companion_command.h"
 #include "linux/desk_command.h"
 #include "linux/focus_command.h"
@@ -30,7 +31,8 @@ void printUsage(std::ostream& out) {
          "       sodamjari consult AREA [SIDE] FEELING WHEN [--ask Q]   the consult's answer\n"
          "       sodamjari desk [--kind K] [--height CM] [FIELD=VALUE...] [--svg FILE]\n"
          "       sodamjari group signin [google|apple] | signout | create NAME | join CODE |\n"
-         "                       leave [CODE] | list | status   the study groups\n";
+         "                       leave [CODE] | list | status   the study groups\n"
+         "       sodamjari camera [--data-dir DIR]         other programs' camera use\n";
 }
 }  // namespace
 
@@ -49,9 +51,11 @@ int main(int argc, char** argv) {
       std::cout << sodam::simulateUsage() << "\n";
       return 0;
     }
-    return sodam::runSimulate(rest, std::cout, std::cerr);
+    return sodam::runSimulate(rest, std::cout, std::cerr, sodam::Confined::yes);
   }
   const std::vector<std::string> rest(args.begin() + 1, args.end());
+  if (args.front() == "camera")
+    return sodam::runCamera(rest, std::cout, std::cerr, sodam::Confined::yes);
   if (args.front() == "report") return sodam::runReport(rest, std::cout, std::cerr);
   if (args.front() == "settings") return sodam::runSettings(rest, std::cout, std::cerr);
   if (args.front() == "stretch") return sodam::runStretch(rest, std::cout, std::cerr);

@@ -3,6 +3,7 @@
 #include <chrono>
 #include <fstream>
 #include <iostream>
+#include <memory>
 #include <sstream>
 #include <thread>
 #include <variant>
@@ -128,7 +129,8 @@ const char* simulateUsage() {
   return usage;
 }
 
-int runSimulate(const std::vector<std::string>& args, std::ostream& out, std::ostream& err) {
+int runSimulate(const std::vector<std::string>& args, std::ostream& out, std::ostream& err,
+                Confined confined) {
   Request request;
   if (auto problem = readArguments(args, request)) {
     err << "sodamjari simulate: " << problem->message << "\n" << usage << "\n";
@@ -149,6 +151,11 @@ int runSimulate(const std::vector<std::string>& args, std::ostream& out, std::os
            "--data-dir\n";
     return 2;
   }
+  std::unique_ptr<ProductRun> product;
+  if (confined == Confined::yes) {
+    product = std::make_unique<ProductRun>(directory);
+    request.options.confinement = &product->confinement();
+  }
   FileDefaults defaults(directory);
   const LinuxProcessInspector process;
   request.options.process = &process;
@@ -164,9 +171,12 @@ int runSimulate(const std::vector<std::string>& args, std::ostream& out, std::os
   Simulation simulation(
       std::get<Scenario>(std::move(loaded)), defaults, calendar, day,
       [&out](const std::string& line) { out << line << "\n"; }, request.options);
+  if (product) product->host().connect();
+  out << "보안: " << simulation.lock().summary() << "\n";
   const auto summary = simulation.run();
   for (const auto& line : summary.lines())
     out << line << "\n";
+  if (product) out << product->host().nowLine() << "\n";
   out.flush();
   return 0;
 }
