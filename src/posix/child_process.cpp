@@ -11,7 +11,7 @@
 #include <chrono>
 
 #if defined(__APPLE__)
-#include <sys/qos.h>
+#include <pthread/spawn.h>
 #endif
 
 extern char** environ;
