@@ -13,6 +13,7 @@
 #include "linux/camera_device_watch.h"
 #include "posix/child_process.h"
 #include "posix/pipe_helper_launcher.h"
+#include "posix/scheduler_pump.h"
 #include "support/manual_scheduler.h"
 
 namespace sodam {
@@ -45,13 +46,7 @@ class CameraHelperTest : public ::testing::Test {
 
   template <class Condition>
   bool pumpUntil(Condition done) {
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
-    while (std::chrono::steady_clock::now() < deadline) {
-      scheduler.runPosted();
-      if (done()) return true;
-      std::this_thread::sleep_for(std::chrono::milliseconds(5));
-    }
-    return false;
+    return sodam::pumpUntil(scheduler, done);
   }
 
   std::optional<IndicatorUpdate> askIndicator(Date from, Date to) {

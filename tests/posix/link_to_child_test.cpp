@@ -9,6 +9,7 @@
 
 #include "camerawatch/log_link.h"
 #include "posix/pipe_helper_launcher.h"
+#include "posix/scheduler_pump.h"
 #include "support/manual_scheduler.h"
 
 namespace sodam {
@@ -22,16 +23,9 @@ class LinkToChildTest : public ::testing::Test {
     return LogLink::spawn(*launcher, scheduler);
   }
 
-  // Runs what the reader thread handed over until the condition holds.
   template <class Condition>
   bool pumpUntil(Condition done) {
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
-    while (std::chrono::steady_clock::now() < deadline) {
-      scheduler.runPosted();
-      if (done()) return true;
-      std::this_thread::sleep_for(std::chrono::milliseconds(2));
-    }
-    return false;
+    return sodam::pumpUntil(scheduler, done);
   }
 
   ManualClock clock{Date::fromUnix(1741078800)};
