@@ -20,6 +20,10 @@ const char* simulateUsage();
 // lock engaged before the day begins, and this machine's camera is told at
 // the end.
 int runSimulate(const std::vector<std::string>& args, std::ostream& out, std::ostream& err,
-                Confined confined = Confined::no);
+                Confined confined);
+// Unconfined, as inside another program.
+inline int runSimulate(const std::vector<std::string>& args, std::ostream& out, std::ostream& err) {
+  return runSimulate(args, out, err, Confined::no);
+}
 
 }  // namespace sodam
