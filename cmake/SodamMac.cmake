@@ -13,6 +13,7 @@ set(SODAM_MAC_FRAMEWORKS
     CoreGraphics
     CoreImage
     CoreMedia
+    CoreMediaIO
     CoreVideo
     Foundation
     IOKit
@@ -25,7 +26,7 @@ set(SODAM_MAC_FRAMEWORKS
 file(GLOB SODAM_MAC_SOURCES CONFIGURE_DEPENDS src/mac/*.mm)
 list(FILTER SODAM_MAC_SOURCES EXCLUDE REGEX ".*/main\\.mm$")
 add_library(sodam_mac STATIC ${SODAM_MAC_SOURCES})
-target_link_libraries(sodam_mac PUBLIC sodam_core)
+target_link_libraries(sodam_mac PUBLIC sodam_core sodam_posix)
 target_compile_options(sodam_mac PRIVATE -fobjc-arc)
 foreach(framework ${SODAM_MAC_FRAMEWORKS})
   target_link_libraries(sodam_mac PUBLIC "-framework ${framework}")

@@ -46,7 +46,7 @@ done
 
 platform='#[[:space:]]*(include|import)[[:space:]]*<(AppKit|Cocoa|Foundation|CoreFoundation|IOKit|AVFoundation|Vision|CoreGraphics|CoreImage|CoreMedia|CoreMediaIO|Security|Network|dispatch|objc|linux|sys)/|#[[:space:]]*include[[:space:]]*<(unistd|fcntl|dlfcn|pthread|sqlite3|seccomp|curl/curl)\.h>'
 found=$(grep -rnE "$platform" "$root"/src --include='*.h' --include='*.cpp' |
-  grep -vE "^$root/src/(mac|linux)/" || true)
+  grep -vE "^$root/src/(mac|linux|posix)/" || true)
 if [ -n "$found" ]; then
   echo "platform headers in the core:"
   echo "$found"

@@ -11,7 +11,7 @@ namespace {
 constexpr double followFrameSeconds = 0.2;
 }  // namespace
 
-AppDelegate::AppDelegate(Lockdown& lock, Platform platform, AppExtensions extensions)
+AppDelegate::AppDelegate(Lockdown& lock, Platform platform)
     : lock_(lock),
       shell_(platform.shell),
       defaults_(platform.defaults),
@@ -19,7 +19,6 @@ AppDelegate::AppDelegate(Lockdown& lock, Platform platform, AppExtensions extens
       clock_(platform.clock),
       scheduler_(platform.scheduler),
       calendar_(platform.calendar),
-      extensions_(std::move(extensions)),
       self_(lifeToken(this)),
       store_(platform.defaults, platform.clock, calendar_),
       power_(platform.power),
@@ -42,6 +41,10 @@ AppDelegate::AppDelegate(Lockdown& lock, Platform platform, AppExtensions extens
       doraniPage_(std::make_unique<DoraniPage>(DoraniPage::Ports{dorani_, *monitor_, store_,
                                                                  platform.clock, platform.scheduler,
                                                                  DoraniPoke::randomPick()})),
+      watch_(std::make_unique<CameraWatch>(CameraWatch::Ports{
+          platform.cameraDevices ? *platform.cameraDevices : noCameras_,
+          platform.appCatalog ? *platform.appCatalog : pathCatalog_, platform.logLink, store_,
+          power_, platform.clock, platform.scheduler})),
       feed_(capture_, lid_, platform.clock),
       panelModel_({feed_,
                    *monitor_,
@@ -111,6 +114,7 @@ void AppDelegate::finishLaunching(bool loginLaunch) {
     monitor_->hold("lock");
   }
   wireFocus();
+  watch_->start();
   lock_.onThreat = weakCall(self_, [](AppDelegate& app, const Threat&) {
     app.capture_.revoke();
     app.refresh();
@@ -131,7 +135,10 @@ void AppDelegate::finishLaunching(bool loginLaunch) {
 }
 
 void AppDelegate::wire() {
-  capture_.onStateChange = weakCall(self_, [](AppDelegate& app, bool) { app.refresh(); });
+  capture_.onStateChange = weakCall(self_, [](AppDelegate& app, bool running) {
+    app.watch_->setSelfActive(running);
+    app.refresh();
+  });
   monitor_->onChange.subscribe(weakCall(self_, [](AppDelegate& app) { app.refresh(); }));
   monitor_->onAlert = weakCall(self_, [](AppDelegate& app, const std::optional<Issue>& issue,
                                          bool corrected) { app.alert(issue, corrected); });
@@ -153,6 +160,9 @@ void AppDelegate::wire() {
       weakCall(self_, [](AppDelegate& app) { app.work_.rested(WorkLife::RestKind::stretch); });
   work_.canNudge = weakAsk(self_, false, [](AppDelegate& app) { return app.canNudge(); });
   work_.onNudge = weakCall(self_, [](AppDelegate& app, const WorkLife::Nudge& n) { app.nudge(n); });
+  watch_->onChange.subscribe(weakCall(self_, [](AppDelegate& app) { app.refresh(); }));
+  watch_->onCameraOn = weakCall(self_, [](AppDelegate& app, const WatchEvent& event,
+                                          bool resolved) { app.announce(event, resolved); });
 }
 
 // The camera belongs to another application just now.
@@ -186,7 +196,7 @@ StatusFacts AppDelegate::statusFacts() const {
   facts.checkMode = store_.checkMode();
   facts.report = monitor_->report();
   facts.cameraRevoked = capture_.revoked();
-  facts.unseenCameraUses = extensions_.unseenCameraUses();
+  facts.unseenCameraUses = watch_->unseen();
   facts.ears = store_.pillEars(lookCount<PillEars>());
   for (const auto& preset : focus_.presets())
     facts.presets.push_back({preset.id, preset.name, preset.symbol, preset.mode == UseMode::watch});
@@ -300,13 +310,15 @@ void AppDelegate::startRoutine() {
 void AppDelegate::screenLocked() {
   power_.setScreenLocked(true);
   monitor_->hold("lock");
+  watch_->setPaused(true);
 }
 
 void AppDelegate::screenUnlocked() {
   power_.setScreenLocked(false);
   work_.refresh();
   monitor_->release("lock");
-  const int unseen = extensions_.unseenCameraUses();
+  watch_->setPaused(false);
+  const int unseen = watch_->unseen();
   if (unseen >= 1) {
     show(pill("exclamationmark.triangle.fill", Theme::orange, "자리를 비운 사이 카메라가 켜졌어요",
               format("기록 %d건 · 눌러서 확인", unseen)),
@@ -328,11 +340,13 @@ void AppDelegate::screensWoke() {
 void AppDelegate::willSleep() {
   monitor_->hold("sleep");
   watcher().setPaused(true);
+  watch_->setPaused(true);
 }
 
 void AppDelegate::didWake() {
   monitor_->release("sleep");
   watcher().setPaused(false);
+  if (!power_.screenLocked()) watch_->setPaused(false);
 }
 
 void AppDelegate::reopen() {

@@ -20,6 +20,7 @@
 #include "app/report_page.h"
 #include "app/settings_page.h"
 #include "app/status_item.h"
+#include "camerawatch/camera_watch.h"
 #include "companion/buddy_sight.h"
 #include "companion/dorani.h"
 #include "companion/mate_state.h"
@@ -60,13 +61,6 @@ class AppShell {
   virtual void terminate() = 0;
 };
 
-// Parts of the product that are reached from the routing but live elsewhere.
-// Each default is the inert answer of a part that is not there.
-struct AppExtensions {
-  // Camera uses by other applications not yet seen by the user.
-  std::function<int()> unseenCameraUses = [] { return 0; };
-};
-
 // The root of the product: owns every long-lived component, wires their
 // callbacks and routes what they report to the pill, the border, the blur and
 // the panel. No component knows another except through this object. Main
@@ -97,9 +91,15 @@ class AppDelegate {
     std::optional<double> displayHeightCm;
     // The system's language model for the health coach's chat, where it has one.
     LanguageModel* languageModel = nullptr;
+    // The camera watch's view of the machine; without them it watches no
+    // camera and names applications by their paths alone.
+    CameraDevices* cameraDevices = nullptr;
+    AppCatalog* appCatalog = nullptr;
+    // The camera-log helper, started before the lock; none when it could not be.
+    LogLink* logLink = nullptr;
   };
 
-  AppDelegate(Lockdown& lock, Platform platform, AppExtensions extensions = {});
+  AppDelegate(Lockdown& lock, Platform platform);
   ~AppDelegate();
   AppDelegate(const AppDelegate&) = delete;
   AppDelegate& operator=(const AppDelegate&) = delete;
@@ -162,6 +162,7 @@ class AppDelegate {
   StatusFacts statusFacts() const;
 
   Monitor& monitor() { return *monitor_; }
+  CameraWatch& watch() { return *watch_; }
   PillCenter& pills() { return pills_; }
   BorderAlert& border() { return border_; }
   BlurAlert& blur() { return blur_; }
@@ -209,6 +210,7 @@ class AppDelegate {
   void modeChanged(const FocusPreset& old, const FocusPreset& now);
   // The watcher runs and judges: its state is the user's.
   bool watcherJudging() const;
+  void announce(const WatchEvent& event, bool resolved);
   void guideClosed(bool openedFirstTime);
   void toggle();
   void openPanel(PanelPage page) { panelModel_.open(page); }
@@ -223,7 +225,6 @@ class AppDelegate {
   Clock& clock_;
   Scheduler& scheduler_;
   Calendar calendar_;
-  AppExtensions extensions_;
   LifeToken<AppDelegate> self_;
 
   Store store_;
@@ -241,6 +242,9 @@ class AppDelegate {
   Dorani dorani_;
   std::unique_ptr<Monitor> monitor_;
   std::unique_ptr<DoraniPage> doraniPage_;
+  NoCameraDevices noCameras_;
+  PlainAppCatalog pathCatalog_{macInstallFolders("")};
+  std::unique_ptr<CameraWatch> watch_;
   LiveFeed feed_;
   PanelModel panelModel_;
   BuddySight sight_;

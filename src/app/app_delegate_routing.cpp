@@ -212,6 +212,18 @@ void AppDelegate::nudge(const WorkLife::Nudge& nudge) {
        12, weakCall(self_, [](AppDelegate& app) { app.startRoutine(); }));
 }
 
+void AppDelegate::announce(const WatchEvent& event, bool resolved) {
+  if (!watch_->notify() || power_.screenLocked() || power_.displaysAsleep() || alerting_) return;
+  std::string detail = "어떤 앱인지 확인하는 중…";
+  if (resolved) detail = event.app + (event.suspicious ? " · " + *event.suspicious : "");
+  Pill shown =
+      event.suspicious
+          ? pill("exclamationmark.triangle.fill", Theme::orange, "주의: 카메라가 켜졌어요", detail)
+          : pill("video.fill", Theme::blue, "다른 앱이 카메라를 켰어요", detail);
+  show(std::move(shown), 5,
+       weakCall(self_, [](AppDelegate& app) { app.openPanel(PanelPage::camera); }));
+}
+
 void AppDelegate::breatheNow() {
   if (alerting_) return;
   const Pill breathing(now(), Pill::Art::breathe(breatheSeconds), Theme::green);

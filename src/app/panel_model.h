@@ -161,8 +161,8 @@ class PanelModel {
   // ids are left out.
   void startStretches(const std::vector<std::string>& ids);
 
-  // Joining here with the features that bring them:
-  // - watch: the camera watch.
+  // The camera watch's page reads the watch from the application core, not
+  // from here.
 
  private:
   void changed() { onChange.notify(); }

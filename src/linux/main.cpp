@@ -4,11 +4,13 @@
 #include <string>
 #include <vector>
 
+#include "linux/camera_command.h"
 #include "linux/companion_command.h"
 #include "linux/desk_command.h"
 #include "linux/focus_command.h"
 #include "linux/group_command.h"
 #include "linux/health_command.h"
+#include "linux/linux_camera_sources.h"
 #include "linux/report_command.h"
 #include "linux/settings_command.h"
 #include "linux/simulate_command.h"
@@ -30,17 +32,15 @@ void printUsage(std::ostream& out) {
          "       sodamjari consult AREA [SIDE] FEELING WHEN [--ask Q]   the consult's answer\n"
          "       sodamjari desk [--kind K] [--height CM] [FIELD=VALUE...] [--svg FILE]\n"
          "       sodamjari group signin [google|apple] | signout | create NAME | join CODE |\n"
-         "                       leave [CODE] | list | status   the study groups\n";
+         "                       leave [CODE] | list | status   the study groups\n"
+         "       sodamjari camera [--data-dir DIR]         other programs' camera use\n";
 }
 }  // namespace
 
 int main(int argc, char** argv) {
   const std::vector<std::string> args(argv + 1, argv + argc);
   for (const auto& arg : args) {
-    if (arg == logHelperFlag) {
-      std::cerr << "sodamjari: the camera log helper is not built yet\n";
-      return 2;
-    }
+    if (arg == logHelperFlag) return sodam::runLinuxLogHelper();
   }
   if (args.empty() || args.front() == "--help" || args.front() == "-h") {
     printUsage(args.empty() ? std::cerr : std::cout);
@@ -52,9 +52,11 @@ int main(int argc, char** argv) {
       std::cout << sodam::simulateUsage() << "\n";
       return 0;
     }
-    return sodam::runSimulate(rest, std::cout, std::cerr);
+    return sodam::runSimulate(rest, std::cout, std::cerr, sodam::Confined::yes);
   }
   const std::vector<std::string> rest(args.begin() + 1, args.end());
+  if (args.front() == "camera")
+    return sodam::runCamera(rest, std::cout, std::cerr, sodam::Confined::yes);
   if (args.front() == "report") return sodam::runReport(rest, std::cout, std::cerr);
   if (args.front() == "settings") return sodam::runSettings(rest, std::cout, std::cerr);
   if (args.front() == "stretch") return sodam::runStretch(rest, std::cout, std::cerr);

@@ -47,6 +47,7 @@ std::optional<std::string> takeDataDir(const std::vector<std::string>& args, std
 
 RecordStore RecordStore::open(const std::filesystem::path& directory, bool create) {
   RecordStore store;
+  store.directory = directory;
   const std::filesystem::path database = directory / SqliteDefaults::fileName;
   std::error_code error;
   const bool exists = std::filesystem::exists(database, error);

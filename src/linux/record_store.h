@@ -26,6 +26,8 @@ struct RecordStore {
   };
 
   State state = State::empty;
+  // The folder opened; empty when none was found.
+  std::filesystem::path directory;
   std::unique_ptr<SqliteDefaults> defaults;
   std::string problem;
   // What went wrong, in the terms of the English line beside `problem`.

@@ -7,6 +7,7 @@
 #include <fstream>
 #include <iostream>
 #include <iterator>
+#include <memory>
 #include <thread>
 #include <variant>
 
@@ -160,8 +161,8 @@ void sleepUnlessStopped(double seconds, const StopSignals& signals) {
 // The day itself, with the store's troubles told in the transcript as they
 // happen. The exit status: 0, 1 after a failed write, 128 + the signal
 // that stopped the run.
-int runDay(Scenario scenario, Request request, SqliteDefaults& defaults, const StopSignals& signals,
-           std::ostream& out, std::ostream& err) {
+int runDay(Scenario scenario, Request request, SqliteDefaults& defaults, ProductRun* product,
+           const StopSignals& signals, std::ostream& out, std::ostream& err) {
   request.options.stopRequested = [&signals] { return signals.caught() != 0; };
   request.options.sleep = [&signals](double seconds) { sleepUnlessStopped(seconds, signals); };
   Simulation* running = nullptr;
@@ -190,6 +191,8 @@ int runDay(Scenario scenario, Request request, SqliteDefaults& defaults, const S
         std::move(scenario), defaults, calendar, day,
         [&out](const std::string& line) { writeLine(out, line); }, request.options);
     running = &simulation;
+    if (product) product->host().connect();
+    writeLine(out, "보안: " + simulation.lock().summary());
     summary = simulation.run();
     if (summary.stopped) {
       simulation.say("시뮬레이션을 멈췄어요 (" + StopSignals::name(signals.caught()) + ")");
@@ -201,6 +204,7 @@ int runDay(Scenario scenario, Request request, SqliteDefaults& defaults, const S
   if (!summary.stopped) {
     for (const auto& line : summary.lines())
       writeLine(out, line);
+    if (product) writeLine(out, product->host().nowLine());
   }
   int status = 0;
   if (auto failure = defaults.firstFailure()) {
@@ -220,7 +224,8 @@ const char* simulateUsage() {
   return usage;
 }
 
-int runSimulate(const std::vector<std::string>& args, std::ostream& out, std::ostream& err) {
+int runSimulate(const std::vector<std::string>& args, std::ostream& out, std::ostream& err,
+                Confined confined) {
   // From here on a stopping signal ends the run at its next step.
   const StopSignals signals;
   Request request;
@@ -236,10 +241,15 @@ int runSimulate(const std::vector<std::string>& args, std::ostream& out, std::os
   const RecordStore store = RecordStore::open(request.dataDir, true);
   if (const int status = store.complain("simulate", err)) return status;
   SqliteDefaults& defaults = *store.defaults;
+  std::unique_ptr<ProductRun> product;
+  if (confined == Confined::yes) {
+    product = std::make_unique<ProductRun>(defaults.path().parent_path());
+    request.options.confinement = &product->confinement();
+  }
   const LinuxProcessInspector process;
   request.options.process = &process;
-  return runDay(std::get<Scenario>(std::move(loaded)), std::move(request), defaults, signals, out,
-                err);
+  return runDay(std::get<Scenario>(std::move(loaded)), std::move(request), defaults, product.get(),
+                signals, out, err);
 }
 
 }  // namespace sodam

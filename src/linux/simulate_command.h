@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "linux/product_run.h"
+
 namespace sodam {
 
 // `sodamjari simulate [SCENARIO] [--mode interval|live] [--speed N | --realtime]
@@ -16,6 +18,14 @@ namespace sodam {
 // The options, for --help.
 const char* simulateUsage();
 
-int runSimulate(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);
+// Confined as the product, the camera-log helper is started and the privacy
+// lock engaged before the day begins, and this machine's camera is told at
+// the end.
+int runSimulate(const std::vector<std::string>& args, std::ostream& out, std::ostream& err,
+                Confined confined);
+// Unconfined, as inside another program.
+inline int runSimulate(const std::vector<std::string>& args, std::ostream& out, std::ostream& err) {
+  return runSimulate(args, out, err, Confined::no);
+}
 
 }  // namespace sodam

@@ -161,6 +161,9 @@ int SqliteDefaults::connect(std::string& cause) {
   // A commit is safe from a crash of the program at once, and from a crash
   // of the machine at the next checkpoint; the database is never damaged.
   if (code == ok) code = db_->execute("PRAGMA synchronous=NORMAL");
+  // Scratch space stays in memory: a confined run may write only in its
+  // data folder, and the records are small.
+  if (code == ok) code = db_->execute("PRAGMA temp_store=MEMORY");
   if (code == ok) code = db_->queryText("PRAGMA quick_check", answer);
   if (code == ok && answer != "ok") {
     cause = "the database is damaged: " + answer;

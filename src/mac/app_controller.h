@@ -4,6 +4,7 @@
 
 #import <AppKit/AppKit.h>
 
+#include "camerawatch/log_link.h"
 #include "platform/lockdown.h"
 #include "support/scheduler.h"
 
@@ -13,7 +14,10 @@
 // core. It decides nothing itself.
 @interface SJAppController : NSObject <NSApplicationDelegate, NSMenuDelegate>
 
+// `link` is the camera-log helper's, started before the lock; none when it
+// could not be started.
 - (instancetype)initWithLock:(sodam::Lockdown&)lock
+                        link:(sodam::LogLink*)link
                    scheduler:(sodam::Scheduler&)scheduler NS_DESIGNATED_INITIALIZER;
 - (instancetype)init NS_UNAVAILABLE;
 

@@ -49,9 +49,9 @@ class MacShell final : public AppShell {
 // Everything the controller owns, in the order it must be made: the ports
 // first, the core over them, then what reads the core's settings.
 struct MacApp {
-  MacApp(SJAppController* controller, Lockdown& lock, Scheduler& scheduler)
+  MacApp(SJAppController* controller, Lockdown& lock, LogLink* link, Scheduler& scheduler)
       : shell(controller),
-        core(lock, ports.platform(shell, scheduler)),
+        core(lock, ports.platform(shell, scheduler, link)),
         shield(sharing, core.store()) {}
 
   MacPorts ports;
@@ -100,12 +100,12 @@ using namespace sodam;
   NSMutableArray<id>* _observers;
 }
 
-- (instancetype)initWithLock:(Lockdown&)lock scheduler:(Scheduler&)scheduler {
+- (instancetype)initWithLock:(Lockdown&)lock link:(LogLink*)link scheduler:(Scheduler&)scheduler {
   if ((self = [super init])) {
     _quickMenu = makeLiveMenu(@"", self);
     _postureMenu = makeLiveMenu(@"자세", self);
     _observers = [NSMutableArray array];
-    _app = std::make_unique<MacApp>(self, lock, scheduler);
+    _app = std::make_unique<MacApp>(self, lock, link, scheduler);
     [self connectPillPresenter];
   }
   return self;

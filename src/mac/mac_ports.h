@@ -9,6 +9,7 @@
 #include "mac/core_image_glass.h"
 #include "mac/dispatch_queue.h"
 #include "mac/mac_camera.h"
+#include "mac/mac_camera_devices.h"
 #include "mac/mac_defaults.h"
 #include "mac/mac_language_model.h"
 #include "mac/mac_lid_device.h"
@@ -42,10 +43,12 @@ struct MacPorts {
   // Made with the scheduler its replies come back through; none where the
   // system offers no model.
   std::unique_ptr<MacLanguageModel> languageModel;
+  MacCameraDevices cameraDevices;
+  MacAppCatalog appCatalog;
 
   // The core's view of these ports; the lid device is handed over, so this
-  // is called once.
-  AppDelegate::Platform platform(AppShell& shell, Scheduler& scheduler);
+  // is called once. `link` may be none.
+  AppDelegate::Platform platform(AppShell& shell, Scheduler& scheduler, LogLink* link);
 };
 
 }  // namespace sodam

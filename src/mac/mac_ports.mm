@@ -5,7 +5,7 @@
 
 namespace sodam {
 
-AppDelegate::Platform MacPorts::platform(AppShell& shell, Scheduler& scheduler) {
+AppDelegate::Platform MacPorts::platform(AppShell& shell, Scheduler& scheduler, LogLink* link) {
   languageModel = MacLanguageModel::make(scheduler);
   return AppDelegate::Platform{camera,
                                detector,
@@ -26,7 +26,10 @@ AppDelegate::Platform MacPorts::platform(AppShell& shell, Scheduler& scheduler) 
                                scheduler,
                                systemCalendar(),
                                builtInDisplayHeightCm(),
-                               languageModel.get()};
+                               languageModel.get(),
+                               &cameraDevices,
+                               &appCatalog,
+                               link};
 }
 
 }  // namespace sodam

@@ -5,12 +5,16 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <string>
 
+#include "camerawatch/log_link.h"
 #include "mac/app_controller.h"
 #include "mac/mac_confinement.h"
+#include "mac/mac_log_tool.h"
 #include "mac/mac_scheduler.h"
 #include "mac/probe.h"
 #include "platform/lockdown.h"
+#include "posix/pipe_helper_launcher.h"
 
 namespace {
 
@@ -22,11 +26,10 @@ bool hasFlag(int argc, char** argv, const char* flag) {
   return false;
 }
 
-// The process becomes the camera-log helper and nothing else; the helper is
-// not part of this build yet, so the switch ends the process plainly.
-[[noreturn]] void runLogHelper() {
-  std::fputs("sodamjari: the camera log helper is not built yet\n", stderr);
-  std::exit(2);
+// The main bundle's own executable, which the camera-log helper runs again.
+std::string mainExecutable() {
+  const char* path = NSBundle.mainBundle.executablePath.UTF8String;
+  return path ? path : "";
 }
 
 }  // namespace
@@ -37,17 +40,21 @@ bool hasFlag(int argc, char** argv, const char* flag) {
 // statics with destructors, they would be torn down inside exit(), in an
 // order nobody chose, with the capture's destructor waiting on its queues.
 int main(int argc, char** argv) {
-  if (hasFlag(argc, argv, logHelperFlag)) runLogHelper();
+  // The process becomes the camera-log helper and nothing else.
+  if (hasFlag(argc, argv, logHelperFlag)) sodam::runMacLogHelper();
   @autoreleasepool {
     auto* scheduler = new sodam::MacScheduler();
     auto* confinement = new sodam::MacConfinement();
-    // The log helper is started here once it exists: before the lock, which
-    // forbids starting programs from then on.
+    // The log helper first: the lock forbids starting programs from then on.
+    auto* launcher = new sodam::PipeHelperLauncher(mainExecutable());
+    sodam::LogLink* link = sodam::LogLink::spawn(*launcher, *scheduler).release();
     sodam::Lockdown* lock = sodam::Lockdown::engage(*confinement, *scheduler).release();
     if (hasFlag(argc, argv, sodam::probeFlag)) sodam::runProbe(*lock);
 
     NSApplication* application = NSApplication.sharedApplication;
-    SJAppController* controller = [[SJAppController alloc] initWithLock:*lock scheduler:*scheduler];
+    SJAppController* controller = [[SJAppController alloc] initWithLock:*lock
+                                                                   link:link
+                                                              scheduler:*scheduler];
     // The application holds its delegate weakly; this reference is never
     // given back, so the controller lives until the process ends.
     (void)CFBridgingRetain(controller);

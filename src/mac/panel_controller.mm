@@ -64,6 +64,7 @@ std::vector<SidebarRow> sidebarRows() {
   [self follow:core.log().onChange];
   [self follow:core.work().onChange];
   [self follow:core.monitor().onChange];
+  [self follow:core.watch().onChange];
   [self modelChanged];
   return self;
 }

@@ -43,6 +43,7 @@ NSView<SJPanelPage>* SJMakeStretchPage(const SJPanelContext& context);
 NSView<SJPanelPage>* SJMakeDoraniPage(const SJPanelContext& context);
 NSView<SJPanelPage>* SJMakeDoctorPage(const SJPanelContext& context);
 NSView<SJPanelPage>* SJMakeDeskPage(const SJPanelContext& context);
+NSView<SJPanelPage>* SJMakeCameraPage(const SJPanelContext& context);
 NSView<SJPanelPage>* SJMakeComingPage(sodam::PanelPage page);
 
 // A page's frame: the content scrolls under a title and caption, inside

@@ -14,6 +14,8 @@ NSView<SJPanelPage>* SJMakePanelPage(PanelPage page, const SJPanelContext& conte
       return SJMakeSettingsPage(context);
     case PanelPage::stretch:
       return SJMakeStretchPage(context);
+    case PanelPage::camera:
+      return SJMakeCameraPage(context);
     case PanelPage::focus:
       return SJMakeFocusPage(context);
     case PanelPage::doctor:
@@ -25,7 +27,6 @@ NSView<SJPanelPage>* SJMakePanelPage(PanelPage page, const SJPanelContext& conte
     case PanelPage::groups:
     case PanelPage::ranking:
     case PanelPage::calendar:
-    case PanelPage::camera:
       return SJMakeComingPage(page);
   }
   return SJMakeComingPage(page);

@@ -48,11 +48,16 @@ std::unique_ptr<Lockdown> Lockdown::engage(Confinement& confinement, Scheduler& 
   const std::string text =
       profile(confinement.homePath(), confinement.cachePath(), confinement.bundleIdentifier());
   const bool applied = confinement.apply(text);
-  return std::unique_ptr<Lockdown>(new Lockdown(scheduler, applied));
+  return std::unique_ptr<Lockdown>(
+      new Lockdown(scheduler, applied, confinement.refusesImageFilesEverywhere()));
 }
 
-std::string Lockdown::summaryFor(bool sandboxed) {
+std::string Lockdown::summaryFor(bool sandboxed, bool imagesEverywhere) {
   if (!sandboxed) return "보안 잠금을 걸지 못했어요";
+  if (!imagesEverywhere) {
+    return "보안 잠금이 걸려 있어요 · 프로그램을 실행하지 못하고 기록 폴더 밖에는 쓰지 못해요 · "
+           "기록 폴더 안에 사진과 영상을 남기지 않는 건 코드가 지켜요";
+  }
   return "보안 잠금이 걸려 있어요 · 사진과 영상은 파일로 남지 않아요";
 }
 

@@ -28,7 +28,12 @@ class Confinement {
   // The main bundle's identifier, or the log helper's own one without a bundle.
   virtual std::string bundleIdentifier() const = 0;
   // Applies the profile for the rest of the process; false when it could not.
+  // A confinement of another kind applies its own rules to the same two
+  // effects and takes the profile only as the statement of them.
   virtual bool apply(const std::string& profile) = 0;
+  // Whether the rule against image and video files holds wherever the
+  // process may write; where it doesn't, it rests on the code there.
+  virtual bool refusesImageFilesEverywhere() const { return true; }
 };
 
 // A platform without a confinement of its own: nothing is applied, so the
@@ -70,10 +75,11 @@ class Lockdown {
 
   bool sandboxed() const { return sandboxed_; }
   // The line of the settings page.
-  std::string summary() const { return summaryFor(sandboxed_); }
+  std::string summary() const { return summaryFor(sandboxed_, imagesEverywhere_); }
   // The same line for a process that is, or is not, confined: the command
-  // line's, which never confines itself.
-  static std::string summaryFor(bool sandboxed);
+  // line's, which never confines itself. `imagesEverywhere`: the confinement
+  // refuses image and video files wherever the process may write.
+  static std::string summaryFor(bool sandboxed, bool imagesEverywhere = true);
 
   // Told once, at the first threat a check finds.
   std::function<void(const Threat&)> onThreat;
@@ -85,11 +91,13 @@ class Lockdown {
   const std::optional<Threat>& threat() const { return threat_; }
 
  private:
-  Lockdown(Scheduler& scheduler, bool sandboxed) : scheduler_(scheduler), sandboxed_(sandboxed) {}
+  Lockdown(Scheduler& scheduler, bool sandboxed, bool imagesEverywhere)
+      : scheduler_(scheduler), sandboxed_(sandboxed), imagesEverywhere_(imagesEverywhere) {}
   void check();
 
   Scheduler& scheduler_;
   bool sandboxed_;
+  bool imagesEverywhere_;
   std::vector<Guard> checks_;
   std::optional<Threat> threat_;
   Timer timer_;

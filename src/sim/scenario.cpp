@@ -1,12 +1,9 @@
 #include "sim/scenario.h"
 
 #include <array>
-#include <cctype>
 #include <charconv>
-#include <cmath>
-#include <locale>
-#include <sstream>
 
+#include "support/numeric.h"
 #include "support/text.h"
 #include "support/utf8.h"
 
@@ -16,7 +13,7 @@ namespace {
 
 using Field = ScenarioChange::Field;
 
-enum class Kind { flag, number, word, choice };
+enum class Kind { flag, number, word, choice, name };
 
 struct FieldRule {
   std::string_view name;
@@ -57,6 +54,7 @@ constexpr std::array fieldRules{
     FieldRule{"habit", Field::habit, Kind::choice},
     FieldRule{"hands", Field::hands, Kind::choice},
     FieldRule{"doze", Field::doze, Kind::flag},
+    FieldRule{"camera", Field::camera, Kind::name},
 };
 
 // The names a choice field takes; a name's value is its position.
@@ -104,20 +102,6 @@ const FieldRule* findField(std::string_view name) {
     if (rule.name == name) return &rule;
   }
   return nullptr;
-}
-
-// Not std::from_chars: the standard library of Apple's toolchain has no
-// floating-point one. The classic locale keeps the decimal point a point.
-std::optional<double> parseNumber(std::string_view text) {
-  if (text.empty() || text.front() == '+' || std::isspace(static_cast<unsigned char>(text.front())))
-    return std::nullopt;
-  std::istringstream in{std::string(text)};
-  in.imbue(std::locale::classic());
-  double value = 0;
-  in >> value;
-  if (in.fail() || in.peek() != std::char_traits<char>::eof() || !std::isfinite(value))
-    return std::nullopt;
-  return value;
 }
 
 std::optional<double> parseFlag(Field field, std::string_view text) {
@@ -305,6 +289,13 @@ class Reader {
       }
       return ScenarioChange{rule.field, *choice};
     }
+    if (rule.kind == Kind::name) {
+      if (text.empty()) {
+        fail(line, format("field \"%s\" is a program's name or path, or off", name.c_str()));
+        return std::nullopt;
+      }
+      return ScenarioChange{rule.field, 0, text == "off" ? std::string() : std::string(text)};
+    }
     if (rule.kind == Kind::flag) {
       auto flag = parseFlag(rule.field, text);
       if (!flag) {
@@ -314,7 +305,7 @@ class Reader {
       }
       return ScenarioChange{rule.field, *flag};
     }
-    auto number = parseNumber(text);
+    auto number = parseDecimal(text);
     if (!number || *number < rule.low || *number > rule.high) {
       fail(line, format("field \"%s\" must be a number from %g to %g", name.c_str(), rule.low,
                         rule.high));

@@ -21,6 +21,8 @@ namespace sodam {
 //   13:00 unlock battery=80 power=battery
 //   15:00 stretch
 //   16:00 nudge=yes
+//   16:30 camera=Meetly
+//   16:50 camera=off
 //   day                     # the next day begins
 //   09:10 present=yes
 //   14:00 focus=watch habit=mouth distance=85 lid=90
@@ -60,11 +62,13 @@ struct ScenarioChange {
     habit,       // a habit's name: the user adds it to the active preset
     hands,       // lap/desk/phone/chin/mouth: what the sitter's hands do
     doze,        // yes/no: the sitter nods off, or wakes
+    camera,      // another program takes the camera: its name or path, or "off"
   };
   Field field;
   // yes 1, no 0; battery 1, mains 0; 0 for the bare words; a named choice
   // its position in the list of its field's names
   double value = 0;
+  std::string text{};  // a program that takes the camera; empty for "off"
 
   bool operator==(const ScenarioChange&) const = default;
 };

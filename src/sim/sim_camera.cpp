@@ -74,6 +74,11 @@ int SimCamera::framesDetected() const {
   return framesDetected_;
 }
 
+bool SimCamera::running() const {
+  std::lock_guard lock(mutex_);
+  return runningSince_.has_value();
+}
+
 double SimCamera::secondsRunning() const {
   std::lock_guard guard(mutex_);
   return secondsRunBefore_ + (runningSince_ ? clock_.now() - *runningSince_ : 0);

@@ -52,6 +52,7 @@ class SimCamera final : public CameraDevice, public Detector {
   int requestsRun(Detections::Request request) const;
   // Seconds the camera has run, the current run included.
   double secondsRunning() const;
+  bool running() const;
 
  private:
   void tick();

@@ -5,6 +5,7 @@
 #include "alerts/pill_center.h"
 #include "posture/capture.h"
 #include "sim/sim_camera.h"
+#include "sim/sim_camera_stack.h"
 #include "sim/sim_devices.h"
 #include "sim/virtual_sitter.h"
 #include "support/serial_queue.h"
@@ -23,7 +24,7 @@ class SimMachine {
   };
 
   SimMachine(Scheduler& scheduler, Clock& clock)
-      : camera(scheduler, clock, [this] { return sitter.view(); }) {}
+      : camera(scheduler, clock, [this] { return sitter.view(); }), cameras(camera, clock) {}
 
   std::unique_ptr<LidDevice> lidDevice() { return std::make_unique<SitterLidDevice>(sitter); }
 
@@ -44,6 +45,8 @@ class SimMachine {
   // Session and frame work run at once: virtual time has no other thread.
   InlineQueue queue;
   SimCamera camera;
+  // The camera as other programs and the system's records see it.
+  SimCameraStack cameras;
 };
 
 }  // namespace sodam

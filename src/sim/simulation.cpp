@@ -29,7 +29,9 @@ Simulation::Simulation(Scenario scenario, Defaults& defaults, Calendar calendar,
       scheduler_(clock_),
       machine_(scheduler_, clock_),
       transcript_(clock_, calendar_, std::move(sink)),
-      lock_(Lockdown::engage(confinement_, scheduler_)) {
+      lock_(Lockdown::engage(options_.confinement ? *options_.confinement : confinement_,
+                             scheduler_)),
+      link_(machine_.cameras.link(scheduler_)) {
   Store store(defaults_, clock_, calendar_);
   if (scenario_.fresh) {
     BaselineStore::write(defaults_, std::nullopt);
@@ -59,7 +61,11 @@ Simulation::Simulation(Scenario scenario, Defaults& defaults, Calendar calendar,
                                  clock_,
                                  scheduler_,
                                  calendar_,
-                                 std::nullopt};
+                                 std::nullopt,
+                                 nullptr,
+                                 &machine_.cameras,
+                                 &machine_.cameras,
+                                 link_.get()};
   app_ = std::make_unique<AppDelegate>(*lock_, std::move(platform));
   followFocus();
 }
@@ -128,6 +134,7 @@ void Simulation::step() {
 void Simulation::step(double seconds) {
   updateIdle();
   scheduler_.advance(seconds);
+  machine_.cameras.poll();
   watchTheScreen();
   watchTheDay();
   watchTheCompanion();
@@ -359,6 +366,15 @@ void Simulation::apply(const ScenarioChange& change) {
     case Field::doze:
       applyStudy(change);
       break;
+    case Field::camera:
+      if (change.text.empty()) {
+        transcript_.say("(다른 프로그램이 카메라를 꺼요)");
+        machine_.cameras.otherStops();
+      } else {
+        transcript_.say("(다른 프로그램이 카메라를 켜요: " + change.text + ")");
+        machine_.cameras.otherStarts(change.text);
+      }
+      break;
   }
 }
 
@@ -384,6 +400,12 @@ SimulationSummary Simulation::summarize() const {
   s.framesProcessed = machine_.camera.framesDetected();
   summarizeCompanion(s);
   s.focus = summarizeFocus();
+  const Date runStart = midnight_ + scenario_.startSeconds;
+  const auto& events = app_->watch().events();
+  for (auto it = events.rbegin(); it != events.rend(); ++it) {
+    if (it->time < runStart) continue;
+    s.cameraUses.push_back(Fmt::clock(it->time, calendar_) + " " + it->app + " · " + it->summary());
+  }
   return s;
 }
 
@@ -418,6 +440,11 @@ std::vector<std::string> SimulationSummary::lines() const {
                "휴대폰 확인 %lld%%",
                focus->framesPerSecond, roundedInt(focus->maskShare * 100),
                roundedInt(focus->bodyShare * 100), roundedInt(focus->sceneShare * 100)));
+  }
+  if (!cameraUses.empty()) {
+    out.push_back("다른 앱의 카메라 사용:");
+    for (const auto& use : cameraUses)
+      out.push_back("  " + use);
   }
   return out;
 }

@@ -70,6 +70,8 @@ struct SimulationSummary {
   };
   std::vector<DayRow> days;
   std::vector<std::string> insights;
+  // The camera watch's record of the run, oldest first, one line each.
+  std::vector<std::string> cameraUses;
 
   double cameraShare() const { return simulatedSeconds > 0 ? cameraSeconds / simulatedSeconds : 0; }
   std::vector<std::string> lines() const;
@@ -99,6 +101,8 @@ class Simulation {
     StretchFollower::Habits follower = StretchFollower::good();
     // Asked before each step; true ends the run there.
     std::function<bool()> stopRequested;
+    // The real privacy lock to engage; none engages nothing.
+    Confinement* confinement = nullptr;
   };
 
   // The sitter's reaction time to an alert pill.
@@ -127,6 +131,7 @@ class Simulation {
   // A line of the transcript from outside the product, stamped like the rest.
   void say(const std::string& text) { transcript_.say(text); }
   AppDelegate& app() { return *app_; }
+  const Lockdown& lock() const { return *lock_; }
   const Clock& clock() const { return clock_; }
 
  private:
@@ -167,6 +172,7 @@ class Simulation {
   NoConfinement confinement_;
   QuietProcess quietProcess_;
   std::unique_ptr<Lockdown> lock_;
+  std::unique_ptr<LogLink> link_;
   std::unique_ptr<AppDelegate> app_;
 
   std::optional<Date> inputPauseSince_;

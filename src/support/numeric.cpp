@@ -1,7 +1,11 @@
 #include "support/numeric.h"
 
 #include <algorithm>
+#include <cctype>
 #include <cmath>
+#include <locale>
+#include <sstream>
+#include <string>
 
 namespace sodam {
 
@@ -39,6 +43,20 @@ std::optional<double> quantile(std::vector<double> values, double q) {
   const auto index = static_cast<std::size_t>(clamp(std::round(q * last), 0, last));
   std::nth_element(values.begin(), values.begin() + index, values.end());
   return values[index];
+}
+
+// Not std::from_chars: the standard library of Apple's toolchain has no
+// floating-point one. The classic locale keeps the decimal point a point.
+std::optional<double> parseDecimal(std::string_view text) {
+  if (text.empty() || text.front() == '+' || std::isspace(static_cast<unsigned char>(text.front())))
+    return std::nullopt;
+  std::istringstream in{std::string(text)};
+  in.imbue(std::locale::classic());
+  double value = 0;
+  in >> value;
+  if (in.fail() || in.peek() != std::char_traits<char>::eof() || !std::isfinite(value))
+    return std::nullopt;
+  return value;
 }
 
 }  // namespace sodam

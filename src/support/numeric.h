@@ -2,6 +2,7 @@
 
 #include <numbers>
 #include <optional>
+#include <string_view>
 #include <vector>
 
 #include "support/geometry.h"
@@ -31,5 +32,9 @@ long long roundedInt(double value);
 std::optional<double> median(std::vector<double> values);
 // Element at index round(q * (count - 1)), no interpolation; nothing when empty.
 std::optional<double> quantile(std::vector<double> values, double q);
+
+// A finite decimal number that is the whole text, whatever the locale: no
+// sign "+", no white space around it.
+std::optional<double> parseDecimal(std::string_view text);
 
 }  // namespace sodam

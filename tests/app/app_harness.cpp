@@ -4,7 +4,7 @@
 
 namespace sodam::testing {
 
-AppHarness::AppHarness(bool learned, AppExtensions extensions) {
+AppHarness::AppHarness(bool learned) {
   machine.sitter.setNoise(0.5, 11);
   if (learned) {
     Calendar calendar(TimeZone::fixed(9 * 3600));
@@ -30,8 +30,12 @@ AppHarness::AppHarness(bool learned, AppExtensions extensions) {
                                  clock,
                                  scheduler,
                                  Calendar(TimeZone::fixed(9 * 3600)),
-                                 std::nullopt};
-  app = std::make_unique<AppDelegate>(*lock, std::move(platform), std::move(extensions));
+                                 std::nullopt,
+                                 nullptr,
+                                 &machine.cameras,
+                                 &machine.cameras,
+                                 link.get()};
+  app = std::make_unique<AppDelegate>(*lock, std::move(platform));
 }
 
 void AppHarness::launch(bool loginLaunch) {

@@ -74,11 +74,12 @@ struct AppHarness {
   NoConfinement confinement;
   ProcessDouble process;
   std::unique_ptr<Lockdown> lock = Lockdown::engage(confinement, scheduler);
+  std::unique_ptr<LogLink> link = machine.cameras.link(scheduler);
   std::unique_ptr<AppDelegate> app;
   std::vector<std::string> pillTitles;
 
   // With a learned posture unless told otherwise.
-  explicit AppHarness(bool learned = true, AppExtensions extensions = {});
+  explicit AppHarness(bool learned = true);
   void launch(bool loginLaunch = false);
   void advance(double seconds) { scheduler.advance(seconds); }
   // The pill up now, as "title | detail"; empty without one.

@@ -95,8 +95,10 @@ class FakeConfinement : public Confinement {
     applied = text;
     return accepts;
   }
+  bool refusesImageFilesEverywhere() const override { return imagesEverywhere; }
 
   bool accepts = true;
+  bool imagesEverywhere = true;
   std::vector<std::string> calls;
   std::string applied;
 };
@@ -119,6 +121,17 @@ TEST_F(LockdownTest, EngageAppliesTheProfileAfterSilencingBrokenPipes) {
   const auto refused = Lockdown::engage(confinement, scheduler);
   EXPECT_FALSE(refused->sandboxed());
   EXPECT_EQ(refused->summary(), "보안 잠금을 걸지 못했어요");
+}
+
+TEST_F(LockdownTest, TheSummarySaysWhereTheImageRuleRestsOnTheCode) {
+  EXPECT_EQ(Lockdown::engage(confinement, scheduler)->summary(),
+            "보안 잠금이 걸려 있어요 · 사진과 영상은 파일로 남지 않아요");
+  confinement.imagesEverywhere = false;  // a confinement that can't tell files by name
+  EXPECT_EQ(Lockdown::engage(confinement, scheduler)->summary(),
+            "보안 잠금이 걸려 있어요 · 프로그램을 실행하지 못하고 기록 폴더 밖에는 쓰지 못해요 · "
+            "기록 폴더 안에 사진과 영상을 남기지 않는 건 코드가 지켜요");
+  confinement.accepts = false;
+  EXPECT_EQ(Lockdown::engage(confinement, scheduler)->summary(), "보안 잠금을 걸지 못했어요");
 }
 
 TEST_F(LockdownTest, ChecksRunAtOnceThenEveryMinuteAndReportOneThreat) {

@@ -72,6 +72,8 @@ TEST(Scenario, ABadLineIsNamedWithItsField) {
       {"end 10:00\n11:00 lock", "line 2: the event comes after the end"},
       {"day 2", "line 1: \"day\" takes nothing after it"},
       {"09:00 breathe=yes", "line 1: \"breathe\" takes no value"},
+      {"09:00 camera", "line 1: field \"camera\" needs a value"},
+      {"09:00 camera=", "line 1: field \"camera\" is a program's name or path, or off"},
   };
   for (const auto& c : cases) {
     const auto parsed = Scenario::parse(c.text);
@@ -114,6 +116,17 @@ TEST(Scenario, StudyFieldsNameTheirChoices) {
     ASSERT_TRUE(one.scenario) << habit.raw();
     EXPECT_EQ(one.scenario->events[0].changes[0].value, habit);
   }
+}
+
+TEST(Scenario, AnotherProgramTakesTheCameraByNameOrPathUntilOff) {
+  const auto parsed =
+      Scenario::parse("09:00 camera=Meetly\n09:10 camera=/Users/me/Downloads/x\n09:20 camera=off");
+  ASSERT_TRUE(parsed.scenario) << parsed.error;
+  const auto& events = parsed.scenario->events;
+  ASSERT_EQ(events.size(), 3u);
+  EXPECT_EQ(events[0].changes[0], (ScenarioChange{ScenarioChange::Field::camera, 0, "Meetly"}));
+  EXPECT_EQ(events[1].changes[0].text, "/Users/me/Downloads/x");
+  EXPECT_EQ(events[2].changes[0].text, "");
 }
 
 TEST(Scenario, TheBuiltInScenariosReadAndUnknownNamesDoNot) {
