@@ -1,5 +1,7 @@
 #include "cloud/study_group.h"
 
+#include <algorithm>
+
 #include "support/text.h"
 
 namespace sodam {
@@ -11,6 +13,56 @@ std::string studyDayKey(Date date, const Calendar& calendar) {
 
 std::string studyWeekKey(Date date, const Calendar& calendar) {
   return format("%d-%d", calendar.yearForWeekOfYear(date), calendar.weekOfYear(date));
+}
+
+namespace {
+void sortByTime(std::vector<SessionTime>& times) {
+  std::stable_sort(times.begin(), times.end(),
+                   [](const SessionTime& a, const SessionTime& b) { return a.at < b.at; });
+}
+}  // namespace
+
+std::vector<Member> friendsOf(const std::map<std::string, std::vector<Member>>& members) {
+  std::map<std::string, Member> byId;
+  for (const auto& [group, list] : members) {
+    for (const Member& member : list) {
+      auto [it, fresh] = byId.try_emplace(member.id, member);
+      if (!fresh && member.at > it->second.at) it->second = member;
+    }
+  }
+  std::vector<Member> all;
+  for (auto& [id, member] : byId)
+    all.push_back(std::move(member));
+  return all;
+}
+
+std::vector<SessionTime> upcomingSessions(const std::vector<StudyGroup>& groups, Date now, int days,
+                                          const Calendar& calendar) {
+  std::vector<SessionTime> times;
+  for (int offset = -1; offset <= days; ++offset) {
+    const std::optional<Date> day = calendar.addingDays(now, offset);
+    if (!day) continue;
+    for (const StudyGroup& group : groups) {
+      for (const GroupSession& session : group.sessions) {
+        const std::optional<Date> at = session.startOn(*day, calendar);
+        if (at && session.end(*at) > now) times.push_back({&group, &session, *at});
+      }
+    }
+  }
+  sortByTime(times);
+  return times;
+}
+
+std::vector<SessionTime> sessionsOn(const std::vector<StudyGroup>& groups, Date day,
+                                    const Calendar& calendar) {
+  std::vector<SessionTime> times;
+  for (const StudyGroup& group : groups) {
+    for (const GroupSession& session : group.sessions) {
+      if (const auto at = session.startOn(day, calendar)) times.push_back({&group, &session, *at});
+    }
+  }
+  sortByTime(times);
+  return times;
 }
 
 std::string StudyGroup::codeText() const {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <map>
 #include <optional>
 #include <string>
 #include <vector>
@@ -87,5 +88,24 @@ struct MyStatus {
 
   bool operator==(const MyStatus&) const = default;
 };
+
+// All members of all groups, one per person: where one is in two groups, the
+// later status wins. The user is among them; the order is the ids'.
+std::vector<Member> friendsOf(const std::map<std::string, std::vector<Member>>& members);
+
+// One occurrence of a group's session.
+struct SessionTime {
+  const StudyGroup* group = nullptr;
+  const GroupSession* session = nullptr;
+  Date at;
+};
+
+// The occurrences from yesterday to `days` days ahead that have not ended
+// by `now`, soonest first: a running session stays until it ends.
+std::vector<SessionTime> upcomingSessions(const std::vector<StudyGroup>& groups, Date now, int days,
+                                          const Calendar& calendar);
+// The occurrences on the calendar day of `day`, soonest first.
+std::vector<SessionTime> sessionsOn(const std::vector<StudyGroup>& groups, Date day,
+                                    const Calendar& calendar);
 
 }  // namespace sodam
