@@ -1,0 +1,143 @@
+// The study groups in the day: the sign-in and the groups made and wired, the
+// user's status published on the together tick, the reminders of the groups'
+// sessions, and the together pages.
+#include <cmath>
+
+#include "app/app_delegate.h"
+#include "support/text.h"
+#include "support/weak_call.h"
+
+namespace sodam {
+
+namespace {
+constexpr double soonSeconds = 300;
+constexpr double startedSeconds = -90;
+constexpr double soonPillSeconds = 10;
+constexpr double startedPillSeconds = 12;
+constexpr int weekDays = 7;
+}  // namespace
+
+void AppDelegate::makeCloud(const Platform::Cloud& cloud, Defaults& defaults) {
+  cloudAuth_ = std::make_unique<CloudAuth>(
+      cloud.config,
+      CloudAuth::Ports{cloud.http, cloud.keychain, clock_, scheduler_, cloud.listeners,
+                       weakCall(self_, [](AppDelegate& app,
+                                          const std::string& url) { app.shell_.openUrl(url); }),
+                       weakCall(self_, [](AppDelegate& app) { app.shell_.activate(); })});
+  firestore_ = std::make_unique<Firestore>(*cloudAuth_, cloud.http);
+  social_ = std::make_unique<Social>(
+      Social::Ports{*cloudAuth_, *firestore_, power_, defaults, clock_, scheduler_, calendar_});
+}
+
+void AppDelegate::wireSocial() {
+  if (!social_) return;
+  social_->status = weakAsk(self_, MyStatus{}, [](AppDelegate& app) { return app.myStatus(); });
+  cloudAuth_->onSignedIn = weakCall(self_, [](AppDelegate& app) { app.social_->signedIn(); });
+  cloudAuth_->onSignedOut = weakCall(self_, [](AppDelegate& app) { app.social_->reset(); });
+  if (cloudAuth_->signedIn()) social_->signedIn();
+}
+
+MyStatus AppDelegate::myStatus() const {
+  const Date t = now();
+  MyStatus status;
+  status.state = currentState();
+  status.mode = focus_.active().mode;
+  const PostureLog::Day today = log_.day(t);
+  status.good = today.ratio();
+  status.checks = today.checks;
+  status.focus = static_cast<int>(focus_.minutes(t));
+  status.turtle = focus_.habitCount(WatchHabit::posture, t);
+  status.phone = focus_.habitCount(WatchHabit::phone, t);
+  int checks = 0;
+  int good = 0;
+  for (const PostureLog::Day& day : log_.lastDays(weekDays)) {
+    checks += day.checks;
+    good += day.good;
+  }
+  if (checks > 0) status.weekGood = static_cast<double>(good) / checks;
+  // The days of this week so far, in the calendar's own weeks.
+  const std::string week = Social::weekKey(t, calendar_);
+  double weekMinutes = 0;
+  for (int back = 0; back < weekDays; ++back) {
+    const std::optional<Date> day = calendar_.addingDays(t, -back);
+    if (!day || Social::weekKey(*day, calendar_) != week) break;
+    weekMinutes += focus_.minutes(*day);
+  }
+  status.weekFocus = static_cast<int>(weekMinutes);
+  return status;
+}
+
+void AppDelegate::publishStatus() {
+  if (!social_ || !cloudAuth_->signedIn()) return;
+  const auto sent = social_->sentState();
+  const bool quiet = power_.screenLocked() || power_.displaysAsleep();
+  if (quiet && sent && (*sent == MateState::away || *sent == MateState::offline)) return;
+  social_->publish(myStatus(), focus_.active().share && store_.shareStatus());
+}
+
+void AppDelegate::remindSessions() {
+  if (!social_) return;
+  for (const SessionTime& time : social_->upcoming(1))
+    remind(time, time.at - now());
+}
+
+void AppDelegate::remind(const SessionTime& time, double until) {
+  const bool soon = until > 0 && until <= soonSeconds;
+  const bool started = until > startedSeconds && until <= 0;
+  if (!soon && !started) return;
+  const std::string key =
+      time.session->id + "-" + Social::dayKey(time.at, calendar_) + (soon ? "-soon" : "-now");
+  if (!reminded_.insert(key).second) return;
+  // A reminder missed while the screen was locked doesn't come again.
+  if (dropsFriendlyPills()) return;
+  const std::string detail = time.group->name + " · 눌러서 모임 방 열기";
+  auto openRoom = weakCall(self_, [](AppDelegate& app) { app.openPanel(PanelPage::groups); });
+  if (soon) {
+    const long long minutes = std::max(1LL, std::llround(until / 60));
+    show(Pill(now(), Pill::Art::say(PillEyes::Mood::happy), Theme::white,
+              format("「%s」 %lld분 뒤 시작해요", time.session->title.c_str(), minutes), detail),
+         soonPillSeconds, openRoom);
+  } else {
+    show(Pill(now(), Pill::Art::say(PillEyes::Mood::love), Theme::white,
+              "「" + time.session->title + "」 시작했어요", detail),
+         startedPillSeconds, openRoom);
+  }
+}
+
+GroupsPage AppDelegate::groupsPage() const {
+  static const std::vector<StudyGroup> noGroups;
+  static const std::map<std::string, std::vector<Member>> noMembers;
+  GroupsPage::SignIn signIn;
+  if (cloudAuth_) {
+    signIn.signedIn = cloudAuth_->signedIn();
+    const CloudAuth::Phase& phase = cloudAuth_->phase();
+    if (phase.kind == CloudAuth::Phase::Kind::waiting) {
+      signIn.waitingFor = CloudAuth::title(phase.provider);
+    }
+    if (phase.kind == CloudAuth::Phase::Kind::failed) signIn.failure = phase.message;
+  }
+  const bool sharing = focus_.active().share && store_.shareStatus();
+  if (!social_) {
+    return GroupsPage::make({signIn, sharing, false, std::nullopt, noGroups, noMembers,
+                             std::nullopt, now(), calendar_});
+  }
+  return GroupsPage::make({signIn, sharing, social_->loaded(), social_->problem(),
+                           social_->groups(), social_->members(), social_->me(), now(), calendar_});
+}
+
+RankingPage AppDelegate::rankingPage(const std::string& groupId, RankingPage::Period period) const {
+  static const std::vector<StudyGroup> noGroups;
+  static const std::map<std::string, std::vector<Member>> noMembers;
+  if (!social_)
+    return RankingPage::make({noGroups, noMembers, {}, now(), calendar_}, groupId, period);
+  return RankingPage::make({social_->groups(), social_->members(), social_->me(), now(), calendar_},
+                           groupId, period);
+}
+
+CalendarPage AppDelegate::calendarPage(Date selected) const {
+  static const std::vector<StudyGroup> noGroups;
+  return CalendarPage::make(social_ ? social_->groups() : noGroups, focus_, selected, now(),
+                            calendar_);
+}
+
+}  // namespace sodam
