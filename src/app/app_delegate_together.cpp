@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "app/app_delegate.h"
+#include "app/together_status.h"
 #include "support/text.h"
 #include "support/weak_call.h"
 
@@ -14,7 +15,6 @@ constexpr double soonSeconds = 300;
 constexpr double startedSeconds = -90;
 constexpr double soonPillSeconds = 10;
 constexpr double startedPillSeconds = 12;
-constexpr int weekDays = 7;
 }  // namespace
 
 void AppDelegate::makeCloud(const Platform::Cloud& cloud, Defaults& defaults) {
@@ -38,32 +38,8 @@ void AppDelegate::wireSocial() {
 }
 
 MyStatus AppDelegate::myStatus() const {
-  const Date t = now();
-  MyStatus status;
+  MyStatus status = recordedStatus(log_, focus_, now(), calendar_);
   status.state = currentState();
-  status.mode = focus_.active().mode;
-  const PostureLog::Day today = log_.day(t);
-  status.good = today.ratio();
-  status.checks = today.checks;
-  status.focus = static_cast<int>(focus_.minutes(t));
-  status.turtle = focus_.habitCount(WatchHabit::posture, t);
-  status.phone = focus_.habitCount(WatchHabit::phone, t);
-  int checks = 0;
-  int good = 0;
-  for (const PostureLog::Day& day : log_.lastDays(weekDays)) {
-    checks += day.checks;
-    good += day.good;
-  }
-  if (checks > 0) status.weekGood = static_cast<double>(good) / checks;
-  // The days of this week so far, in the calendar's own weeks.
-  const std::string week = Social::weekKey(t, calendar_);
-  double weekMinutes = 0;
-  for (int back = 0; back < weekDays; ++back) {
-    const std::optional<Date> day = calendar_.addingDays(t, -back);
-    if (!day || Social::weekKey(*day, calendar_) != week) break;
-    weekMinutes += focus_.minutes(*day);
-  }
-  status.weekFocus = static_cast<int>(weekMinutes);
   return status;
 }
 
