@@ -30,8 +30,9 @@ struct Problem {
 const char* usage =
     "usage: sodamjari simulate [SCENARIO] [--mode interval|live] [--speed N | --realtime]\n"
     "                          [--data-dir DIR] [--sensitivity strict|normal|relaxed]\n"
-    "                          [--style border|blur]\n"
-    "SCENARIO is one of workday, live, first-run, week, study, or a scenario file.";
+    "                          [--style border|blur] [--group]\n"
+    "SCENARIO is one of workday, live, first-run, week, study, or a scenario file.\n"
+    "--group: signed in, with a study group of two simulated friends.";
 
 // The value after an option, or a problem naming the option.
 std::optional<std::string> valueOf(const std::vector<std::string>& args, std::size_t& i,
@@ -49,6 +50,10 @@ std::optional<Problem> readOption(const std::vector<std::string>& args, std::siz
   const std::string& name = args[i];
   if (name == "--realtime") {
     request.options.speed = 1;
+    return std::nullopt;
+  }
+  if (name == "--group") {
+    request.options.group = true;
     return std::nullopt;
   }
   auto value = valueOf(args, i, problem);
