@@ -56,7 +56,7 @@ AppDelegate::AppDelegate(Lockdown& lock, Platform platform)
                    {feed_, capture_, *monitor_, power_, work_, platform.clock},
                    platform.languageModel}) {
   monitor_->displayHeightCm = platform.displayHeightCm;
-  if (platform.cloud) makeCloud(*platform.cloud, platform.defaults);
+  if (platform.cloud) makeCloud(*platform.cloud);
   pills_.look =
       weakAsk(self_, PillLook{}, [](AppDelegate& app) { return PillLook::current(app.store_); });
   connectPanel();

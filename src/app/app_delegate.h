@@ -182,6 +182,9 @@ class AppDelegate {
   GroupsPage groupsPage() const;
   RankingPage rankingPage(const std::string& groupId, RankingPage::Period period) const;
   CalendarPage calendarPage(Date selected) const;
+  // The user's study-room figure; a change goes out to the groups at once.
+  MateLook mateLook() const;
+  void setMateLook(const MateLook& look);
   StatusFacts statusFacts() const;
 
   Monitor& monitor() { return *monitor_; }
@@ -231,7 +234,7 @@ class AppDelegate {
   bool dropsFriendlyPills() const;
   void nudge(const WorkLife::Nudge& nudge);
   void wireFocus();
-  void makeCloud(const Platform::Cloud& cloud, Defaults& defaults);
+  void makeCloud(const Platform::Cloud& cloud);
   void wireSocial();
   void publishStatus();
   void remindSessions();

@@ -17,7 +17,7 @@ constexpr double soonPillSeconds = 10;
 constexpr double startedPillSeconds = 12;
 }  // namespace
 
-void AppDelegate::makeCloud(const Platform::Cloud& cloud, Defaults& defaults) {
+void AppDelegate::makeCloud(const Platform::Cloud& cloud) {
   cloudAuth_ = std::make_unique<CloudAuth>(
       cloud.config,
       CloudAuth::Ports{cloud.http, cloud.keychain, clock_, scheduler_, cloud.listeners,
@@ -26,7 +26,7 @@ void AppDelegate::makeCloud(const Platform::Cloud& cloud, Defaults& defaults) {
                        weakCall(self_, [](AppDelegate& app) { app.shell_.activate(); })});
   firestore_ = std::make_unique<Firestore>(*cloudAuth_, cloud.http);
   social_ = std::make_unique<Social>(
-      Social::Ports{*cloudAuth_, *firestore_, power_, defaults, clock_, scheduler_, calendar_});
+      Social::Ports{*cloudAuth_, *firestore_, power_, defaults_, clock_, scheduler_, calendar_});
 }
 
 void AppDelegate::wireSocial() {
@@ -78,6 +78,15 @@ void AppDelegate::remind(const SessionTime& time, double until) {
               "「" + time.session->title + "」 시작했어요", detail),
          startedPillSeconds, openRoom);
   }
+}
+
+MateLook AppDelegate::mateLook() const {
+  return MateLook::mine(defaults_);
+}
+
+void AppDelegate::setMateLook(const MateLook& look) {
+  MateLook::setMine(defaults_, look);
+  if (social_) social_->republish();
 }
 
 GroupsPage AppDelegate::groupsPage() const {
