@@ -67,6 +67,27 @@ TEST(GroupSession, ASessionRunsPastMidnightAndEndsOnItsLastMinute) {
   EXPECT_EQ(s.running(at(2026, 2, 17, 23, 29), seoul), std::nullopt);
 }
 
+TEST(GroupSession, UpcomingKeepsARunningSessionUntilItEndsAndSortsAcrossGroups) {
+  StudyGroup night;
+  night.id = "n";
+  night.sessions = {session(GroupSession::Repeat::daily, at(2026, 2, 16, 23, 30))};
+  StudyGroup morning;
+  morning.id = "m";
+  morning.sessions = {session(GroupSession::Repeat::none, at(2026, 2, 18, 7, 0))};
+  const std::vector<StudyGroup> groups{morning, night};
+  // Yesterday's 23:30 session still runs at 00:10.
+  const auto soon = upcomingSessions(groups, at(2026, 2, 17, 0, 10), 1, seoul);
+  ASSERT_EQ(soon.size(), 4u);
+  EXPECT_EQ(soon[0].at, at(2026, 2, 16, 23, 30));
+  EXPECT_EQ(soon[1].at, at(2026, 2, 17, 23, 30));
+  EXPECT_EQ(soon[2].group->id, "m");
+  EXPECT_EQ(soon[3].at, at(2026, 2, 18, 23, 30));
+  // A minute after it ended it is gone; a window of today holds only today's.
+  const auto later = upcomingSessions(groups, at(2026, 2, 17, 0, 31), 0, seoul);
+  ASSERT_EQ(later.size(), 1u);
+  EXPECT_EQ(later[0].at, at(2026, 2, 17, 23, 30));
+}
+
 TEST(GroupSession, RepeatsReadUnknownTextAsOnce) {
   EXPECT_EQ(GroupSession::Repeat::fromRaw("weekdays"), GroupSession::Repeat::weekdays);
   EXPECT_EQ(GroupSession::Repeat::fromRaw("monthly"), GroupSession::Repeat::none);
