@@ -56,6 +56,7 @@ AppDelegate::AppDelegate(Lockdown& lock, Platform platform)
                    {feed_, capture_, *monitor_, power_, work_, platform.clock},
                    platform.languageModel}) {
   monitor_->displayHeightCm = platform.displayHeightCm;
+  if (platform.cloud) makeCloud(*platform.cloud);
   pills_.look =
       weakAsk(self_, PillLook{}, [](AppDelegate& app) { return PillLook::current(app.store_); });
   connectPanel();
@@ -115,6 +116,7 @@ void AppDelegate::finishLaunching(bool loginLaunch) {
   }
   wireFocus();
   watch_->start();
+  wireSocial();
   lock_.onThreat = weakCall(self_, [](AppDelegate& app, const Threat&) {
     app.capture_.revoke();
     app.refresh();

@@ -11,16 +11,22 @@
 #include "alerts/pill_center.h"
 #include "app/desk_page.h"
 #include "app/doctor_page.h"
+#include "app/calendar_page.h"
 #include "app/dorani_page.h"
 #include "app/focus_page.h"
+#include "app/groups_page.h"
 #include "app/home_page.h"
 #include "app/menus.h"
 #include "app/panel_model.h"
 #include "app/panel_page.h"
+#include "app/ranking_page.h"
 #include "app/report_page.h"
 #include "app/settings_page.h"
 #include "app/status_item.h"
 #include "camerawatch/camera_watch.h"
+#include "cloud/cloud_auth.h"
+#include "cloud/firestore.h"
+#include "cloud/social.h"
 #include "companion/buddy_sight.h"
 #include "companion/dorani.h"
 #include "companion/mate_state.h"
@@ -58,6 +64,8 @@ class AppShell {
   virtual void presentGuide(GuideModel& model) = 0;
   virtual void closeGuide() = 0;
   virtual void openUrl(const std::string& url) = 0;
+  // Brings the application in front of the browser after a sign-in.
+  virtual void activate() {}
   virtual void terminate() = 0;
 };
 
@@ -97,6 +105,14 @@ class AppDelegate {
     AppCatalog* appCatalog = nullptr;
     // The camera-log helper, started before the lock; none when it could not be.
     LogLink* logLink = nullptr;
+    // The cloud's transport and secrets; without them the study groups are off.
+    struct Cloud {
+      CloudConfig config;
+      HttpClient& http;
+      Keychain& keychain;
+      LoopbackListenerFactory listeners;
+    };
+    std::optional<Cloud> cloud = std::nullopt;
   };
 
   AppDelegate(Lockdown& lock, Platform platform);
@@ -136,7 +152,8 @@ class AppDelegate {
   void pickMode(const std::string& presetId);
   void toggleWatch();
   void startWatching();
-  // The ten-second tick that tells the focus center the user's state.
+  // The ten-second tick that tells the focus center the user's state,
+  // publishes it to the study groups and reminds of their sessions.
   void tickTogether();
   void breatheNow();
   void previewBuddy();
@@ -159,6 +176,15 @@ class AppDelegate {
   bool alerting() const { return alerting_; }
   // What the study groups see of the user now.
   MateState currentState() const;
+  MyStatus myStatus() const;
+  // The together pages; signed out (or without the cloud) the groups page
+  // shows its sign-in card and the others are empty.
+  GroupsPage groupsPage() const;
+  RankingPage rankingPage(const std::string& groupId, RankingPage::Period period) const;
+  CalendarPage calendarPage(Date selected) const;
+  // The user's study-room figure; a change goes out to the groups at once.
+  MateLook mateLook() const;
+  void setMateLook(const MateLook& look);
   StatusFacts statusFacts() const;
 
   Monitor& monitor() { return *monitor_; }
@@ -174,6 +200,9 @@ class AppDelegate {
   // The companion's page: its lines, its replies to taps and its looks.
   DoraniPage& doraniPage() { return *doraniPage_; }
   FocusCenter& focus() { return focus_; }
+  // The sign-in and the study groups; nothing without the cloud's ports.
+  CloudAuth* cloudAuth() { return cloudAuth_.get(); }
+  Social* social() { return social_.get(); }
   WatchEngine& watcher() { return panelModel_.watcher(); }
   Capture& capture() { return capture_; }
   const Calendar& calendar() const { return calendar_; }
@@ -205,6 +234,11 @@ class AppDelegate {
   bool dropsFriendlyPills() const;
   void nudge(const WorkLife::Nudge& nudge);
   void wireFocus();
+  void makeCloud(const Platform::Cloud& cloud);
+  void wireSocial();
+  void publishStatus();
+  void remindSessions();
+  void remind(const SessionTime& time, double until);
   void habitCaught(WatchHabit habit);
   void goalReached(int minutes);
   void modeChanged(const FocusPreset& old, const FocusPreset& now);
@@ -250,6 +284,11 @@ class AppDelegate {
   BuddySight sight_;
   StatusItem statusItem_;
   std::unique_ptr<GuideModel> guide_;
+  std::unique_ptr<CloudAuth> cloudAuth_;
+  std::unique_ptr<Firestore> firestore_;
+  std::unique_ptr<Social> social_;
+  // Session reminders already given in this run.
+  std::set<std::string> reminded_;
 
   bool alerting_ = false;
   bool eyesFollowing_ = false;

@@ -37,6 +37,8 @@ void AppDelegate::tickTogether() {
   const bool seated =
       watcherJudging() ? panelModel_.madeWatcher()->state() != MateState::away : work_.present();
   focus_.tick(state, seated && state != MateState::away);
+  publishStatus();
+  remindSessions();
 }
 
 void AppDelegate::habitCaught(WatchHabit habit) {
@@ -75,6 +77,7 @@ void AppDelegate::modeChanged(const FocusPreset& old, const FocusPreset& now) {
     show(pill(now.symbol, presetColor(now.tint), now.name, std::string(now.mode.detail())),
          modePillSeconds);
   }
+  if (social_) social_->republish();
   refresh();
 }
 

@@ -9,6 +9,7 @@
 #include "linux/desk_command.h"
 #include "linux/focus_command.h"
 #include "linux/group_command.h"
+#include "linux/group_social_command.h"
 #include "linux/health_command.h"
 #include "linux/linux_camera_sources.h"
 #include "linux/report_command.h"
@@ -65,7 +66,8 @@ int main(int argc, char** argv) {
   if (args.front() == "health") return sodam::runHealth(rest, std::cout, std::cerr);
   if (args.front() == "consult") return sodam::runConsult(rest, std::cout, std::cerr);
   if (args.front() == "desk") return sodam::runDesk(rest, std::cout, std::cerr);
-  if (args.front() == "group") return sodam::runGroup(rest, std::cout, std::cerr);
+  if (args.front() == "group")
+    return sodam::runGroup(rest, std::cout, std::cerr, sodam::runGroupSocial);
   std::cerr << "sodamjari: unknown command \"" << sodam::utf8::printable(args.front()) << "\"\n";
   printUsage(std::cerr);
   return 2;

@@ -36,8 +36,9 @@ struct Problem {
 const char* usage =
     "usage: sodamjari simulate [SCENARIO] [--mode interval|live] [--speed N | --realtime]\n"
     "                          [--data-dir DIR] [--sensitivity strict|normal|relaxed]\n"
-    "                          [--style border|blur]\n"
-    "SCENARIO is one of workday, live, first-run, week, study, or a scenario file.";
+    "                          [--style border|blur] [--group]\n"
+    "SCENARIO is one of workday, live, first-run, week, study, or a scenario file.\n"
+    "--group: signed in, with a study group of two simulated friends.";
 
 // Virtual seconds per real second: from a crawl to as fast as a machine goes.
 constexpr double slowest = 0.01;
@@ -100,6 +101,10 @@ std::optional<Problem> readOption(const std::vector<std::string>& args, std::siz
   const std::string& name = args[i];
   if (name == "--realtime") {
     request.options.speed = 1;
+    return std::nullopt;
+  }
+  if (name == "--group") {
+    request.options.group = true;
     return std::nullopt;
   }
   if (name == "--data-dir") {

@@ -40,6 +40,7 @@ class MacShell final : public AppShell {
     NSURL* link = [NSURL URLWithString:@(url.c_str())];
     if (link) [NSWorkspace.sharedWorkspace openURL:link];
   }
+  void activate() override { [NSApp activateIgnoringOtherApps:YES]; }
   void terminate() override { [NSApp terminate:nil]; }
 
  private:

@@ -10,6 +10,7 @@
 #include "mac/dispatch_queue.h"
 #include "mac/mac_camera.h"
 #include "mac/mac_camera_devices.h"
+#include "mac/mac_cloud.h"
 #include "mac/mac_defaults.h"
 #include "mac/mac_language_model.h"
 #include "mac/mac_lid_device.h"
@@ -45,6 +46,8 @@ struct MacPorts {
   std::unique_ptr<MacLanguageModel> languageModel;
   MacCameraDevices cameraDevices;
   MacAppCatalog appCatalog;
+  // Made with the main thread's scheduler, which its answers hop through.
+  std::unique_ptr<MacCloud> cloud;
 
   // The core's view of these ports; the lid device is handed over, so this
   // is called once. `link` may be none.

@@ -23,6 +23,40 @@ struct Pose {
   bool armsUp = false;  // stretching
 };
 
+NSArray<NSColor*>* skinTones() {
+  return @[
+    [NSColor colorWithSRGBRed:0.98 green:0.85 blue:0.74 alpha:1],
+    [NSColor colorWithSRGBRed:0.91 green:0.74 blue:0.60 alpha:1],
+    [NSColor colorWithSRGBRed:0.76 green:0.57 blue:0.42 alpha:1],
+    [NSColor colorWithSRGBRed:0.52 green:0.37 blue:0.26 alpha:1],
+  ];
+}
+
+NSArray<NSColor*>* hairColors() {
+  return @[
+    [NSColor colorWithSRGBRed:0.12 green:0.10 blue:0.09 alpha:1],
+    [NSColor colorWithSRGBRed:0.40 green:0.26 blue:0.15 alpha:1],
+    [NSColor colorWithSRGBRed:0.78 green:0.60 blue:0.32 alpha:1],
+    [NSColor colorWithSRGBRed:0.62 green:0.20 blue:0.16 alpha:1],
+    NSColor.systemGrayColor,
+    NSColor.systemPinkColor,
+  ];
+}
+
+NSArray<NSColor*>* shirtColors() {
+  return @[
+    NSColor.systemBlueColor, NSColor.systemGreenColor, NSColor.systemOrangeColor,
+    NSColor.systemPurpleColor, NSColor.systemRedColor, NSColor.systemTealColor,
+    NSColor.systemYellowColor, NSColor.systemGrayColor
+  ];
+}
+
+// Any index picks a colour, so a look from a newer program still draws.
+NSColor* paletteColor(NSArray<NSColor*>* palette, int index) {
+  const NSInteger count = static_cast<NSInteger>(palette.count);
+  return palette[static_cast<NSUInteger>(((index % count) + count) % count)];
+}
+
 Pose poseOf(MateState state) {
   Pose pose;
   switch (state) {
@@ -92,6 +126,11 @@ void strokeLine(NSPoint a, NSPoint b, NSColor* color) {
   return _state;
 }
 
+- (void)setLook:(MateLook)look {
+  _look = look;
+  self.needsDisplay = YES;
+}
+
 - (void)setState:(MateState)state {
   _state = state;
   self.accessibilityLabel = SJString(std::string(state.title()));
@@ -106,7 +145,9 @@ void strokeLine(NSPoint a, NSPoint b, NSColor* color) {
 - (void)drawRect:(NSRect)dirtyRect {
   const Pose pose = poseOf(_state);
   NSColor* ink = NSColor.secondaryLabelColor;
-  NSColor* skin = NSColor.labelColor;
+  const bool dressed = !(_look == MateLook{});
+  NSColor* skin = dressed ? paletteColor(skinTones(), _look.skin) : NSColor.labelColor;
+  NSColor* shirt = dressed ? paletteColor(shirtColors(), _look.shirt) : skin;
   // The desk on the right, the chair on the left.
   strokeLine(NSMakePoint(70, deskY + 20), NSMakePoint(112, deskY + 20), ink);
   strokeLine(NSMakePoint(104, deskY + 20), NSMakePoint(104, 8), ink);
@@ -123,7 +164,7 @@ void strokeLine(NSPoint a, NSPoint b, NSColor* color) {
   [back curveToPoint:shoulder
        controlPoint1:NSMakePoint(hip.x - 2, hip.y + 18)
        controlPoint2:NSMakePoint(shoulder.x - pose.lean, shoulder.y - 10)];
-  [[skin colorWithAlphaComponent:0.8] setStroke];
+  [[shirt colorWithAlphaComponent:0.8] setStroke];
   [back stroke];
 
   const NSPoint head =
@@ -131,6 +172,13 @@ void strokeLine(NSPoint a, NSPoint b, NSColor* color) {
   [[skin colorWithAlphaComponent:0.9] setFill];
   [[NSBezierPath bezierPathWithOvalInRect:NSMakeRect(head.x - headRadius, head.y - headRadius,
                                                      2 * headRadius, 2 * headRadius)] fill];
+  if (dressed) {
+    // The hair: a cap over the top of the head.
+    NSBezierPath* hair = [NSBezierPath bezierPath];
+    [hair appendBezierPathWithArcWithCenter:head radius:headRadius + 1 startAngle:20 endAngle:200];
+    [paletteColor(hairColors(), _look.hairColor) setFill];
+    [hair fill];
+  }
 
   const NSPoint hand = pose.armsUp  ? NSMakePoint(shoulder.x + 6, shoulder.y + 44)
                        : pose.phone ? NSMakePoint(shoulder.x + 22, shoulder.y - 10)

@@ -44,6 +44,10 @@ NSView<SJPanelPage>* SJMakeDoraniPage(const SJPanelContext& context);
 NSView<SJPanelPage>* SJMakeDoctorPage(const SJPanelContext& context);
 NSView<SJPanelPage>* SJMakeDeskPage(const SJPanelContext& context);
 NSView<SJPanelPage>* SJMakeCameraPage(const SJPanelContext& context);
+// The together family: the study rooms, the ranking and the calendar.
+NSView<SJPanelPage>* SJMakeGroupsPage(const SJPanelContext& context);
+NSView<SJPanelPage>* SJMakeRankingPage(const SJPanelContext& context);
+NSView<SJPanelPage>* SJMakeCalendarPage(const SJPanelContext& context);
 NSView<SJPanelPage>* SJMakeComingPage(sodam::PanelPage page);
 
 // A page's frame: the content scrolls under a title and caption, inside

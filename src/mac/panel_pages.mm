@@ -25,9 +25,11 @@ NSView<SJPanelPage>* SJMakePanelPage(PanelPage page, const SJPanelContext& conte
     case PanelPage::dorani:
       return SJMakeDoraniPage(context);
     case PanelPage::groups:
+      return SJMakeGroupsPage(context);
     case PanelPage::ranking:
+      return SJMakeRankingPage(context);
     case PanelPage::calendar:
-      return SJMakeComingPage(page);
+      return SJMakeCalendarPage(context);
   }
   return SJMakeComingPage(page);
 }

@@ -66,6 +66,10 @@ Simulation::Simulation(Scenario scenario, Defaults& defaults, Calendar calendar,
                                  &machine_.cameras,
                                  &machine_.cameras,
                                  link_.get()};
+  if (options_.group) {
+    room_ = std::make_unique<StudyRoom>(scheduler_, clock_, calendar_, midnight_);
+    platform.cloud.emplace(room_->cloud());
+  }
   app_ = std::make_unique<AppDelegate>(*lock_, std::move(platform));
   followFocus();
 }
@@ -112,6 +116,7 @@ SimulationSummary Simulation::run() {
   watchTheDay();
   watchTheCompanion();
   app_->finishLaunching(false);
+  if (room_) room_->open(*app_, transcript_);
   bool stopped = false;
   while (clock_.now() < end() && !stopped) {
     while (next < events.size() && momentOf(events[next]) <= clock_.now()) {
@@ -142,6 +147,7 @@ void Simulation::step(double seconds) {
   takeNudge();
   stretchAlong();
   studyLikeAUser();
+  if (room_) room_->step();
   if (options_.speed && *options_.speed > 0 && options_.sleep) {
     // In something like real time the records are written as they change.
     defaults_.flush();
@@ -380,6 +386,7 @@ void Simulation::apply(const ScenarioChange& change) {
 
 SimulationSummary Simulation::summarize() const {
   SimulationSummary s;
+  if (room_) s.group = room_->summary();
   const Date now = clock_.now();
   const PostureLog& log = app_->log();
   const auto day = log.day(now);
@@ -446,6 +453,7 @@ std::vector<std::string> SimulationSummary::lines() const {
     for (const auto& use : cameraUses)
       out.push_back("  " + use);
   }
+  out.insert(out.end(), group.begin(), group.end());
   return out;
 }
 

@@ -19,6 +19,7 @@
 #include "sim/scenario.h"
 #include "sim/sim_machine.h"
 #include "sim/stretch_follower.h"
+#include "sim/study_room.h"
 #include "sim/transcript.h"
 #include "support/calendar.h"
 #include "support/manual_scheduler.h"
@@ -72,6 +73,8 @@ struct SimulationSummary {
   std::vector<std::string> insights;
   // The camera watch's record of the run, oldest first, one line each.
   std::vector<std::string> cameraUses;
+  // A day with the study group: its rankings, one line each.
+  std::vector<std::string> group;
 
   double cameraShare() const { return simulatedSeconds > 0 ? cameraSeconds / simulatedSeconds : 0; }
   std::vector<std::string> lines() const;
@@ -103,6 +106,9 @@ class Simulation {
     std::function<bool()> stopRequested;
     // The real privacy lock to engage; none engages nothing.
     Confinement* confinement = nullptr;
+    // The user signed in, with a study group of two simulated friends on an
+    // in-process double of the service.
+    bool group = false;
   };
 
   // The sitter's reaction time to an alert pill.
@@ -173,6 +179,8 @@ class Simulation {
   QuietProcess quietProcess_;
   std::unique_ptr<Lockdown> lock_;
   std::unique_ptr<LogLink> link_;
+  // Before the application, which holds its cloud ports.
+  std::unique_ptr<StudyRoom> room_;
   std::unique_ptr<AppDelegate> app_;
 
   std::optional<Date> inputPauseSince_;

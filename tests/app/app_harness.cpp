@@ -4,7 +4,7 @@
 
 namespace sodam::testing {
 
-AppHarness::AppHarness(bool learned) {
+AppHarness::AppHarness(bool learned, std::optional<std::string> signedInAs) {
   machine.sitter.setNoise(0.5, 11);
   if (learned) {
     Calendar calendar(TimeZone::fixed(9 * 3600));
@@ -35,7 +35,21 @@ AppHarness::AppHarness(bool learned) {
                                  &machine.cameras,
                                  &machine.cameras,
                                  link.get()};
+  if (signedInAs) {
+    cloud = std::make_unique<Cloud>();
+    cloud->http = std::make_unique<CloudDouble::Http>(cloud->service, scheduler);
+    cloud->keychain.write(Keychain::refreshAccount, cloud->service.addUser(*signedInAs));
+    cloud->keychain.write(Keychain::userAccount,
+                          toJson(CloudUser{*signedInAs, "나", "google", {}}).dump());
+    platform.cloud.emplace(AppDelegate::Platform::Cloud{CloudConfig::loopback(1), *cloud->http,
+                                                        cloud->keychain, [] { return nullptr; }});
+  }
   app = std::make_unique<AppDelegate>(*lock, std::move(platform));
+}
+
+void AppHarness::settle() {
+  for (int i = 0; i < 100; ++i)
+    scheduler.runPosted();
 }
 
 void AppHarness::launch(bool loginLaunch) {

@@ -6,6 +6,7 @@
 
 #include "app/app_delegate.h"
 #include "platform/defaults.h"
+#include "sim/cloud_double.h"
 #include "sim/sim_machine.h"
 #include "support/manual_scheduler.h"
 
@@ -75,11 +76,21 @@ struct AppHarness {
   ProcessDouble process;
   std::unique_ptr<Lockdown> lock = Lockdown::engage(confinement, scheduler);
   std::unique_ptr<LogLink> link = machine.cameras.link(scheduler);
+  // The service's double and the user's session, for a harness with the cloud.
+  struct Cloud {
+    CloudDouble service;
+    std::unique_ptr<CloudDouble::Http> http;
+    MemoryKeychain keychain;
+  };
+  std::unique_ptr<Cloud> cloud;
   std::unique_ptr<AppDelegate> app;
   std::vector<std::string> pillTitles;
 
-  // With a learned posture unless told otherwise.
-  explicit AppHarness(bool learned = true);
+  // With a learned posture unless told otherwise; `signedInAs` gives the
+  // application the cloud, over an in-process double, with that user signed in.
+  explicit AppHarness(bool learned = true, std::optional<std::string> signedInAs = std::nullopt);
+  // Lets the double's answers in flight arrive.
+  void settle();
   void launch(bool loginLaunch = false);
   void advance(double seconds) { scheduler.advance(seconds); }
   // The pill up now, as "title | detail"; empty without one.
