@@ -15,12 +15,12 @@ namespace sodam {
 struct CameraPage {
   struct Row {
     std::string id;
-    std::string app;          // the application's name
-    std::string summary;      // what happened, how often, the warning
-    std::string time;         // "M월 d일 a h:mm:ss"
-    std::string path;         // the executable, shown when the pointer rests on the row
-    bool warning = false;     // the row has a suspicious note
-    bool live = false;        // the camera is on now
+    std::string app;       // the application's name
+    std::string summary;   // what happened, how often, the warning
+    std::string time;      // "M월 d일 a h:mm:ss"
+    std::string path;      // the executable, shown when the pointer rests on the row
+    bool warning = false;  // the row has a suspicious note
+    bool live = false;     // the camera is on now
   };
 
   static constexpr const char* clearTitle = "기록 지우기";

@@ -13,19 +13,19 @@ namespace {
 using Kind = IssueKind;
 using Part = Focus::Part;
 
-struct KeySpec {
+struct KeyStep {
   double move;
   double hold;
   const char* cue;
   void (*change)(Pose&) = nullptr;
 };
 
-Motion motionOf(Stage stage, std::initializer_list<KeySpec> specs) {
+Motion motionOf(Stage stage, std::initializer_list<KeyStep> steps) {
   const Pose rest = stage == Stage::side ? Pose::side() : Pose::front();
   Motion motion;
-  for (const auto& spec : specs) {
-    Key key{rest, spec.move, spec.hold, std::string(spec.cue)};
-    if (spec.change) spec.change(key.pose);
+  for (const auto& step : steps) {
+    Key key{rest, step.move, step.hold, std::string(step.cue)};
+    if (step.change) step.change(key.pose);
     motion.keys.push_back(std::move(key));
   }
   return motion;
@@ -53,7 +53,7 @@ struct Text {
 
 Stretch make(Text text, BodyArea area, Stage stage, int seconds, bool sides, bool turn,
              std::vector<IssueKind> helps, std::vector<Focus> focus,
-             std::initializer_list<KeySpec> keys) {
+             std::initializer_list<KeyStep> keys) {
   Stretch s;
   s.id = text.id;
   s.name = text.name;
