@@ -21,15 +21,6 @@ namespace {
 
 const char* usage = "usage: sodamjari camera [--data-dir DIR]";
 
-std::optional<std::string> readArguments(const std::vector<std::string>& args,
-                                         std::optional<std::string>& dataDir) {
-  for (std::size_t i = 0; i < args.size(); ++i) {
-    if (args[i] != "--data-dir") return "unknown option " + utf8::printable(args[i]);
-    if (auto problem = takeDataDir(args, i, dataDir)) return problem;
-  }
-  return std::nullopt;
-}
-
 void printRecord(const std::vector<WatchEvent>& events, const Calendar& calendar,
                  std::ostream& out) {
   if (events.empty()) {
@@ -48,7 +39,7 @@ void printRecord(const std::vector<WatchEvent>& events, const Calendar& calendar
 int runCamera(const std::vector<std::string>& args, std::ostream& out, std::ostream& err,
               Confined confined) {
   std::optional<std::string> dataDir;
-  if (auto problem = readArguments(args, dataDir)) {
+  if (auto problem = readDataDirOnly(args, dataDir)) {
     err << "sodamjari camera: " << *problem << "\n" << usage << "\n";
     return 2;
   }

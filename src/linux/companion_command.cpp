@@ -40,15 +40,6 @@ void printPage(const Dorani& dorani, const Dorani::Watch& watch, std::ostream& o
 }
 
 // The problem with the arguments, if any.
-std::optional<std::string> readArguments(const std::vector<std::string>& args,
-                                         std::optional<std::string>& dataDir) {
-  for (std::size_t i = 0; i < args.size(); ++i) {
-    if (args[i] != "--data-dir") return "unknown option " + utf8::printable(args[i]);
-    if (auto problem = takeDataDir(args, i, dataDir)) return problem;
-  }
-  return std::nullopt;
-}
-
 }  // namespace
 
 const char* companionUsage() {
@@ -61,7 +52,7 @@ int runCompanion(const std::vector<std::string>& args, std::ostream& out, std::o
     return 0;
   }
   std::optional<std::string> dataDir;
-  if (auto problem = readArguments(args, dataDir)) {
+  if (auto problem = readDataDirOnly(args, dataDir)) {
     err << "sodamjari companion: " << *problem << "\n" << usage << "\n";
     return 2;
   }

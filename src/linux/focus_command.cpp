@@ -14,15 +14,6 @@ namespace {
 
 const char* usage = "usage: sodamjari focus [--data-dir DIR]";
 
-std::optional<std::string> readArguments(const std::vector<std::string>& args,
-                                         std::optional<std::string>& dataDir) {
-  for (std::size_t i = 0; i < args.size(); ++i) {
-    if (args[i] != "--data-dir") return "unknown option " + utf8::printable(args[i]);
-    if (auto problem = takeDataDir(args, i, dataDir)) return problem;
-  }
-  return std::nullopt;
-}
-
 // "today" is the day of the newest record when a simulation wrote days
 // ahead of the machine's clock.
 Date today(const FocusCenter& focus) {
@@ -59,7 +50,7 @@ int runFocus(const std::vector<std::string>& args, std::ostream& out, std::ostre
     return 0;
   }
   std::optional<std::string> dataDir;
-  if (auto problem = readArguments(args, dataDir)) {
+  if (auto problem = readDataDirOnly(args, dataDir)) {
     err << "sodamjari focus: " << *problem << "\n" << usage << "\n";
     return 2;
   }

@@ -2,6 +2,8 @@
 
 #include <ostream>
 
+#include "support/utf8.h"
+
 namespace sodam {
 
 RecordStore RecordStore::open(const std::optional<std::string>& dataDir, bool create) {
@@ -42,6 +44,15 @@ std::optional<std::string> takeDataDir(const std::vector<std::string>& args, std
   if (i + 1 >= args.size()) return args[i] + " needs a value";
   if (args[i + 1].empty()) return args[i] + " needs a folder, not an empty name";
   dataDir = args[++i];
+  return std::nullopt;
+}
+
+std::optional<std::string> readDataDirOnly(const std::vector<std::string>& args,
+                                           std::optional<std::string>& dataDir) {
+  for (std::size_t i = 0; i < args.size(); ++i) {
+    if (args[i] != "--data-dir") return "unknown option " + utf8::printable(args[i]);
+    if (auto problem = takeDataDir(args, i, dataDir)) return problem;
+  }
   return std::nullopt;
 }
 

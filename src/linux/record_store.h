@@ -53,6 +53,11 @@ struct RecordStore {
 std::optional<std::string> takeDataDir(const std::vector<std::string>& args, std::size_t& i,
                                        std::optional<std::string>& dataDir);
 
+// The arguments of a command that takes only "--data-dir DIR"; the problem
+// with them, if any.
+std::optional<std::string> readDataDirOnly(const std::vector<std::string>& args,
+                                           std::optional<std::string>& dataDir);
+
 // The calendar of the machine's time zone, UTC when it can't be read.
 Calendar localCalendar();
 
